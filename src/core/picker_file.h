@@ -1,0 +1,48 @@
+#pragma once
+
+#include "picker_types.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+class QDataStream;
+class QIODevice;
+
+// Newest format version written; readers accept 1 up to it.
+constexpr qint32 picker_format_version = 4;
+// Stream version of .pkr files (Qt 4.0's encodings).
+constexpr int picker_file_stream_version = 7;
+
+// One tab as files and the scene keep it. The background is kept as the PNG bytes found in the
+// data, so reading and writing back reproduces them exactly.
+struct picker_tab_record {
+    QString title;
+    QString backgroundKey;
+    QByteArray backgroundPng;  // empty for no image
+    button_att_list buttons;
+
+    bool operator==(const picker_tab_record& other) const;
+};
+
+struct picker_tab_set {
+    qint32 version = picker_format_version;
+    qint32 current = 0;
+    QList<picker_tab_record> tabs;
+};
+
+// Empty on success; otherwise a one-line description of what was wrong. What could be read before
+// the fault is still handed back.
+struct picker_read_result {
+    qint32 version = 0;
+    QString error;
+    bool ok() const { return error.isEmpty(); }
+};
+
+void writePickerFile(QIODevice& device, const picker_tab_record& tab);
+picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab);
+
+// The tab stream of all tabs; the caller sets the stream's version. A newer format version than
+// this program knows is refused with nothing read past it (result version tells which).
+void writeTabStream(QDataStream& stream, const picker_tab_set& set);
+picker_read_result readTabStream(QDataStream& stream, picker_tab_set& set);

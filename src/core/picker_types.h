@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QList>
+#include <QPixmap>
+#include <QPoint>
+#include <QRect>
+#include <QRgb>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+class QDataStream;
+
+// What a button is, and what is saved of it.
+struct buttonAttributes {
+    enum Kind : qint32 { Selection = 0, Command = 1 };
+    enum Api : qint32 { Mel = 0, Python = 1 };
+
+    QPoint pos;       // centre, in picker space
+    qint32 size = 0;  // edge length, in picker units
+    qint32 type = Selection;
+    qint32 api = Mel;
+    QRgb color = 0;
+    QRgb tcolor = 0;
+    QString label;
+    QStringList sel;  // node names, or the one script of a command button
+
+    bool operator==(const buttonAttributes& other) const;
+    bool operator!=(const buttonAttributes& other) const { return !(*this == other); }
+};
+
+using button_att_list = QList<buttonAttributes>;
+
+// One flag per entry of buttonAttributes::sel: non-zero while that node is selected in the host.
+using sel_list = QVector<char>;
+
+// A button as a view holds it while the picker runs.
+struct buttonRecord {
+    enum LitState : qint16 { None = 0, All = 1, Some = 2 };
+
+    buttonAttributes att;
+    QRect bounds;
+    QPixmap img;  // cached rendering; null until drawn
+    qint16 selected = None;
+    sel_list which;
+
+    void moveTo(const QPoint& p);
+
+    // With all set, only the flags change (the host told us); otherwise each name that changes
+    // state is handed to the selection mirror. True when the mirror was told anything.
+    bool select(bool all);
+    bool unselect(bool all);
+};
+
+// Attribute list (clipboard): format 1, count, records. Invalid records are dropped.
+void writeButtonAttributes(QDataStream& stream, const button_att_list& buttons);
+button_att_list readButtonAttributes(QDataStream& stream);
+
+// A view's button list: count, records; the enclosing tab stream's format version decides which
+// fields the records carry (writing always uses the newest).
+void writeButtonList(QDataStream& stream, const button_att_list& buttons);
+button_att_list readButtonList(QDataStream& stream, int version);
+
+// Ordered node names without duplicates (when filled through its own operations).
+class button_set : public QVector<QString> {
+public:
+    void append(const QString& name);
+    bool contains(const QString& name) const;
+    void removeOne(const QString& name);
+    void add_button(const buttonRecord& button);
+    void remove_button(const buttonRecord& button);
+    static button_set fromStringList(const QStringList& names);
+    // Appends " name" for every element, as host command lines want them.
+    void appendAllToString(QString* text) const;
+};

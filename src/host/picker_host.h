@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QtGlobal>
+
+class QWidget;
+
+// A host call's outcome: success, or failure with the host's own error text.
+class host_status {
+public:
+    host_status() = default;
+    static host_status failure(const QString& error) { return host_status(false, error); }
+
+    bool ok() const { return ok_; }
+    explicit operator bool() const { return ok_; }
+    const QString& errorString() const { return error_; }
+
+private:
+    host_status(bool ok, const QString& error) : ok_(ok), error_(error) {}
+    bool ok_ = true;
+    QString error_;
+};
+
+// A command's arguments, read the way the host's own argument list reads them.
+class picker_arg_list {
+public:
+    virtual ~picker_arg_list() = default;
+    virtual unsigned length(host_status* status = nullptr) const = 0;
+    virtual QString asString(unsigned index, host_status* status = nullptr) const = 0;
+    // On return index is the last argument consumed.
+    virtual QStringList asStringArray(unsigned& index, host_status* status = nullptr) const = 0;
+};
+
+using picker_callback_id = quintptr;
+using picker_event_fn = void (*)(void* clientData);
+using picker_command_fn = host_status (*)(const picker_arg_list& args);
+
+enum class picker_list_adjustment { replace, add };
+
+// Every host operation the picker uses. Nothing outside the Maya adapter talks to Maya; the
+// embedded host gives the same operations to the standalone program and the tests.
+class picker_host {
+public:
+    virtual ~picker_host() = default;
+
+    // Registration. openPlugin stands for creating the host's plug-in function set.
+    virtual host_status openPlugin(const QString& vendor, const QString& version,
+                                   const QString& requiredApiVersion) = 0;
+    virtual host_status registerCommand(const QString& name, picker_command_fn command) = 0;
+    virtual host_status deregisterCommand(const QString& name) = 0;
+    virtual QString loadPath() const = 0;
+
+    virtual picker_callback_id addEventCallback(const QString& event, picker_event_fn function,
+                                                void* clientData, host_status* status) = 0;
+    virtual host_status removeCallback(picker_callback_id id) = 0;
+
+    // Deferred until the host is idle; the result is never examined.
+    virtual host_status executeCommandOnIdle(const QString& mel, bool displayEnabled = false) = 0;
+    virtual host_status executePythonCommandOnIdle(const QString& python,
+                                                   bool displayEnabled = false) = 0;
+
+    // The active selection as node names, as the host writes them, in selection order.
+    virtual host_status activeSelection(QStringList& names) = 0;
+    virtual host_status selectByName(const QString& name, picker_list_adjustment adjustment) = 0;
+    virtual host_status clearSelectionList() = 0;
+
+    virtual void displayError(const QString& text) = 0;
+    // Null when the host has no interface (batch mode).
+    virtual QWidget* mainWindow() = 0;
+};
