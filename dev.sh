@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# Set-up, build and test in one place, for a fresh Debian 12 machine and for CI.
+#   ./dev.sh run    build and start the picker
+#   ./dev.sh test   build with Qt 6, Qt 5 and the sanitizers, and run every test
+set -euo pipefail
+cd "$(dirname "$0")"
+
+packages=(g++ cmake ninja-build pkg-config qt6-base-dev qtbase5-dev libbenchmark-dev)
+jobs=$(nproc 2>/dev/null || echo 2)
+
+ensure_packages() {
+    local missing=()
+    for p in "${packages[@]}"; do
+        dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    if [ "$(id -u)" -eq 0 ]; then
+        echo "== installing ${missing[*]}"
+        export DEBIAN_FRONTEND=noninteractive
+        apt-get update -qq
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+    else
+        echo "Missing system packages. Install them with:" >&2
+        echo "  sudo apt-get install -y ${missing[*]}" >&2
+        exit 1
+    fi
+}
+
+# build DIR [cmake options...]
+build() {
+    local dir=$1
+    shift
+    cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null
+    cmake --build "$dir" -j"$jobs"
+}
+
+# check DIR NAME [cmake options...]
+check() {
+    local dir=$1 name=$2
+    shift 2
+    echo "== $name: build"
+    build "$dir" "$@"
+    echo "== $name: test"
+    ctest --test-dir "$dir" --output-on-failure -j"$jobs"
+}
+
+case "${1:-}" in
+run)
+    ensure_packages
+    build build/qt6 -DPICKER_TESTS=OFF -DPICKER_BENCH=OFF
+    exec build/qt6/tools/pkrtool/pkrtool info samples/hero.pkr
+    ;;
+test)
+    ensure_packages
+    check build/qt6 "Qt 6"
+    check build/qt5 "Qt 5" -DPICKER_QT_MAJOR=5
+    check build/sanitize "Qt 6 with ASan and UBSan" -DPICKER_SANITIZE=ON -DPICKER_BENCH=OFF
+    ;;
+*)
+    echo "usage: ./dev.sh run | test" >&2
+    exit 2
+    ;;
+esac
