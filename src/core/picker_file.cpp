@@ -1,0 +1,156 @@
+#include "picker_file.h"
+
+#include "picker_stream.h"
+
+#include <QDataStream>
+#include <QIODevice>
+
+namespace {
+
+bool readable(const QDataStream& stream) {
+    return stream.status() == QDataStream::Ok;
+}
+
+// One line for the user: where the data stopped making sense, and why.
+QString describeFault(const QDataStream& stream, const stream_fault& fault, const QString& medium,
+                      const QString& part) {
+    if (stream.status() == QDataStream::ReadPastEnd) {
+        return QStringLiteral("the %1 ends in the middle of %2").arg(medium, part);
+    }
+    const QString reason = fault.reason.isEmpty() ? QStringLiteral("corrupt data") : fault.reason;
+    return QStringLiteral("%1 in %2").arg(reason, part);
+}
+
+void writeTabBody(QDataStream& stream, const picker_tab_record& tab) {
+    writeString(stream, tab.title);
+    writeString(stream, tab.backgroundKey);
+    if (!tab.backgroundKey.isEmpty()) {
+        writeImage(stream, tab.backgroundPng);
+    }
+    writeButtonList(stream, tab.buttons);
+}
+
+// Returns the part that was being read when the stream failed; empty when everything was read.
+QString readTabBody(QDataStream& stream, qint32 version, picker_tab_record& tab,
+                    stream_fault& fault) {
+    tab.title = readString(stream, &fault);
+    if (!readable(stream)) {
+        return QStringLiteral("the title");
+    }
+    if (version > 1) {
+        tab.backgroundKey = readString(stream, &fault);
+        if (!readable(stream)) {
+            return QStringLiteral("the background key");
+        }
+        if (!tab.backgroundKey.isEmpty()) {
+            tab.backgroundPng = readImage(stream, &fault);
+            if (!readable(stream)) {
+                return QStringLiteral("the background image");
+            }
+        }
+    }
+    qint32 count = 0;
+    stream >> count;
+    if (!readable(stream)) {
+        return QStringLiteral("the button count");
+    }
+    tab.buttons = readButtonRecords(stream, version, count, &fault);
+    if (!readable(stream)) {
+        return QStringLiteral("button %1").arg(fault.button);
+    }
+    return {};
+}
+
+} // namespace
+
+bool picker_tab_record::operator==(const picker_tab_record& other) const {
+    return title == other.title && backgroundKey == other.backgroundKey &&
+           backgroundPng == other.backgroundPng && buttons == other.buttons;
+}
+
+void writePickerFile(QIODevice& device, const picker_tab_record& tab) {
+    QDataStream stream(&device);
+    stream.setVersion(picker_file_stream_version);
+    stream << picker_format_version;
+    writeTabBody(stream, tab);
+}
+
+picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab) {
+    const QString medium = QStringLiteral("file");
+    picker_read_result result;
+    tab = picker_tab_record();
+    if (device.atEnd()) {
+        result.error = QStringLiteral("the file is empty");
+        return result;
+    }
+    QDataStream stream(&device);
+    stream.setVersion(picker_file_stream_version);
+    stream_fault fault;
+    stream >> result.version;
+    if (!readable(stream)) {
+        result.error = describeFault(stream, fault, medium, QStringLiteral("the format version"));
+        return result;
+    }
+    const QString part = readTabBody(stream, result.version, tab, fault);
+    if (!part.isEmpty()) {
+        result.error = describeFault(stream, fault, medium, part);
+    }
+    return result;
+}
+
+void writeTabStream(QDataStream& stream, const picker_tab_set& set) {
+    stream << picker_format_version << qint32(set.tabs.size()) << set.current;
+    qint32 index = 0;
+    for (const picker_tab_record& tab : set.tabs) {
+        stream << index++;
+        writeTabBody(stream, tab);
+    }
+}
+
+picker_read_result readTabStream(QDataStream& stream, picker_tab_set& set) {
+    const QString medium = QStringLiteral("data");
+    picker_read_result result;
+    stream_fault fault;
+    stream >> result.version;
+    if (!readable(stream)) {
+        result.error = describeFault(stream, fault, medium, QStringLiteral("the format version"));
+        return result;
+    }
+    if (result.version > picker_format_version) {
+        result.error = QStringLiteral("format version %1 is newer than this picker can read")
+                           .arg(result.version);
+        return result;
+    }
+    set = picker_tab_set();
+    set.version = result.version;
+    qint32 count = 0;
+    stream >> count;
+    if (!readable(stream)) {
+        result.error = describeFault(stream, fault, medium, QStringLiteral("the tab count"));
+        return result;
+    }
+    stream >> set.current;
+    if (!readable(stream)) {
+        result.error =
+            describeFault(stream, fault, medium, QStringLiteral("the current tab index"));
+        return result;
+    }
+    for (qint32 i = 0; i < count; ++i) {
+        qint32 index = 0;
+        stream >> index;
+        if (!readable(stream)) {
+            result.error =
+                describeFault(stream, fault, medium, QStringLiteral("the index of tab %1").arg(i));
+            return result;
+        }
+        picker_tab_record tab;
+        const QString part = readTabBody(stream, result.version, tab, fault);
+        set.tabs.append(tab);
+        if (!part.isEmpty()) {
+            result.error = describeFault(stream, fault, medium,
+                                         QStringLiteral("%1 of tab %2").arg(part).arg(i));
+            return result;
+        }
+    }
+    return result;
+}

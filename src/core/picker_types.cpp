@@ -1,0 +1,133 @@
+#include "picker_types.h"
+
+#include "picker_file.h"
+#include "picker_selection.h"
+#include "picker_stream.h"
+
+#include <QDataStream>
+
+namespace {
+
+constexpr qint32 attribute_list_format = 1;
+
+} // namespace
+
+bool buttonAttributes::operator==(const buttonAttributes& other) const {
+    return pos == other.pos && size == other.size && type == other.type && api == other.api &&
+           color == other.color && tcolor == other.tcolor && label == other.label &&
+           sel == other.sel;
+}
+
+void buttonRecord::moveTo(const QPoint& p) {
+    att.pos = p;
+    bounds.moveCenter(p);
+}
+
+bool buttonRecord::select(bool all) {
+    if (all) {
+        which.fill(1);
+        selected = All;
+        return false;
+    }
+    // A name without a flag yet counts as not selected.
+    if (which.size() < att.sel.size()) {
+        which.resize(att.sel.size());
+    }
+    bool told = false;
+    for (int i = 0; i < static_cast<int>(att.sel.size()); ++i) {
+        if (which[i] == 0) {
+            picker_selection::selectButton(att.sel[i]);
+            which[i] = 1;
+            told = true;
+        }
+    }
+    selected = All;
+    return told;
+}
+
+bool buttonRecord::unselect(bool all) {
+    if (all) {
+        which.fill(0);
+        selected = None;
+        return false;
+    }
+    bool told = false;
+    const int flagged = static_cast<int>(qMin(which.size(), att.sel.size()));
+    for (int i = 0; i < flagged; ++i) {
+        if (which[i] != 0) {
+            picker_selection::unselectButton(att.sel[i]);
+            which[i] = 0;
+            told = true;
+        }
+    }
+    selected = None;
+    return told;
+}
+
+void writeButtonAttributes(QDataStream& stream, const button_att_list& buttons) {
+    stream << attribute_list_format << qint32(buttons.size());
+    writeButtonRecords(stream, buttons);
+}
+
+button_att_list readButtonAttributes(QDataStream& stream) {
+    qint32 format = 0;
+    qint32 count = 0;
+    stream >> format;
+    if (format != attribute_list_format) {
+        return {};
+    }
+    stream >> count;
+    return readButtonRecords(stream, picker_format_version, count);
+}
+
+void writeButtonList(QDataStream& stream, const button_att_list& buttons) {
+    stream << qint32(buttons.size());
+    writeButtonRecords(stream, buttons);
+}
+
+button_att_list readButtonList(QDataStream& stream, int version) {
+    qint32 count = 0;
+    stream >> count;
+    return readButtonRecords(stream, version, count);
+}
+
+void button_set::append(const QString& name) {
+    if (!contains(name)) {
+        QVector<QString>::append(name);
+    }
+}
+
+bool button_set::contains(const QString& name) const {
+    return QVector<QString>::contains(name);
+}
+
+void button_set::removeOne(const QString& name) {
+    QVector<QString>::removeOne(name);
+}
+
+void button_set::add_button(const buttonRecord& button) {
+    for (const QString& name : button.att.sel) {
+        append(name);
+    }
+}
+
+void button_set::remove_button(const buttonRecord& button) {
+    for (const QString& name : button.att.sel) {
+        removeOne(name);
+    }
+}
+
+button_set button_set::fromStringList(const QStringList& names) {
+    button_set set;
+    for (const QString& name : names) {
+        set.append(name);
+    }
+    return set;
+}
+
+void button_set::appendAllToString(QString* text) const {
+    for (const QString& name : *this) {
+        text->append(QLatin1Char(' '));
+        text->append(name);
+    }
+}
