@@ -1,0 +1,485 @@
+#include "picker_embedded_host.h"
+
+#include <QCoreApplication>
+#include <QMainWindow>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+const QString internalFailure = QStringLiteral("(kFailure): Unexpected Internal Failure");
+// Backquotes inside backquotes are not MEL; the limit only keeps hostile text from recursing.
+constexpr int maxNesting = 8;
+
+const QStringList& known_events() {
+    static const QStringList events{
+        QStringLiteral("SelectionChanged"), QStringLiteral("quitApplication"),
+        QStringLiteral("deleteAll"),        QStringLiteral("NewSceneOpened"),
+        QStringLiteral("SceneOpened"),
+    };
+    return events;
+}
+
+QString parent_namespace(const QString& ns) {
+    const int colon = ns.lastIndexOf(QLatin1Char(':'));
+    return colon < 0 ? QString() : ns.left(colon);
+}
+
+void append_namespace_tree(const QString& parent, const QStringList& all, QStringList& ordered) {
+    for (const QString& ns : all) {
+        if (parent_namespace(ns) == parent) {
+            ordered.append(ns);
+            append_namespace_tree(ns, all, ordered);
+        }
+    }
+}
+
+QStringList flatten(const QVector<picker_mel_value>& values) {
+    QStringList flat;
+    for (const picker_mel_value& value : values)
+        flat.append(value.items);
+    return flat;
+}
+
+} // namespace
+
+picker_embedded_host::picker_embedded_host(QObject* parent) : QObject(parent) {}
+
+picker_embedded_host::~picker_embedded_host() = default;
+
+bool picker_embedded_host::failing(operation which, const QString& event) const {
+    const auto found = failing_.constFind(which);
+    return found != failing_.constEnd() && (found->isEmpty() || *found == event);
+}
+
+host_status picker_embedded_host::refuse() const {
+    return host_status::failure(internalFailure);
+}
+
+void picker_embedded_host::setFailing(operation which, bool fail, const QString& event) {
+    if (fail)
+        failing_.insert(which, event);
+    else
+        failing_.remove(which);
+}
+
+host_status picker_embedded_host::openPlugin(const QString& vendor, const QString& version,
+                                             const QString& requiredApiVersion) {
+    Q_UNUSED(vendor)
+    Q_UNUSED(requiredApiVersion)
+    if (failing(operation::openPlugin))
+        return refuse();
+    pluginVersion_ = version;
+    return host_status();
+}
+
+host_status picker_embedded_host::registerCommand(const QString& name, picker_command_fn command) {
+    if (failing(operation::registerCommand))
+        return refuse();
+    if (name.isEmpty() || !command || commands_.count(name) != 0)
+        return host_status::failure(
+            QStringLiteral("(kInvalidParameter): Unexpected Internal Failure"));
+    commands_[name] = command;
+    return host_status();
+}
+
+host_status picker_embedded_host::deregisterCommand(const QString& name) {
+    if (failing(operation::deregisterCommand))
+        return refuse();
+    if (commands_.erase(name) == 0)
+        return host_status::failure(QStringLiteral("(kNotFound): Object does not exist"));
+    return host_status();
+}
+
+QString picker_embedded_host::loadPath() const {
+    return loadPath_.isEmpty() ? QCoreApplication::applicationDirPath() : loadPath_;
+}
+
+picker_callback_id picker_embedded_host::addEventCallback(const QString& event,
+                                                          picker_event_fn function,
+                                                          void* clientData, host_status* status) {
+    host_status outcome;
+    if (failing(operation::addEventCallback, event))
+        outcome = refuse();
+    else if (!function || !known_events().contains(event))
+        outcome = host_status::failure(QStringLiteral("(kInvalidParameter): Unknown event"));
+    if (status)
+        *status = outcome;
+    if (!outcome)
+        return 0;
+    const picker_callback_id id = nextCallbackId_++;
+    callbacks_[id] = callback_entry{event, function, clientData};
+    return id;
+}
+
+host_status picker_embedded_host::removeCallback(picker_callback_id id) {
+    const auto found = callbacks_.find(id);
+    const QString event = found == callbacks_.end() ? QString() : found->second.event;
+    if (failing(operation::removeCallback, event))
+        return refuse();
+    if (found == callbacks_.end())
+        return host_status::failure(QStringLiteral("(kInvalidParameter): No such callback"));
+    callbacks_.erase(found);
+    return host_status();
+}
+
+int picker_embedded_host::callbackCount(const QString& event) const {
+    int count = 0;
+    for (const auto& entry : callbacks_)
+        count += entry.second.event == event ? 1 : 0;
+    return count;
+}
+
+void picker_embedded_host::raiseEvent(const QString& event) {
+    QVector<picker_callback_id> ids;
+    for (const auto& entry : callbacks_)
+        if (entry.second.event == event)
+            ids.append(entry.first);
+    // A callback may remove callbacks; each is looked up again before it runs.
+    for (const picker_callback_id id : ids) {
+        const auto found = callbacks_.find(id);
+        if (found != callbacks_.end())
+            found->second.function(found->second.clientData);
+    }
+}
+
+host_status picker_embedded_host::executeCommandOnIdle(const QString& mel, bool displayEnabled) {
+    Q_UNUSED(displayEnabled)
+    if (failing(operation::executeCommandOnIdle))
+        return refuse();
+    idleQueue_.push_back(idle_entry{false, mel});
+    scheduleIdle();
+    return host_status();
+}
+
+host_status picker_embedded_host::executePythonCommandOnIdle(const QString& python,
+                                                             bool displayEnabled) {
+    Q_UNUSED(displayEnabled)
+    if (failing(operation::executeCommandOnIdle))
+        return refuse();
+    idleQueue_.push_back(idle_entry{true, python});
+    scheduleIdle();
+    return host_status();
+}
+
+void picker_embedded_host::scheduleIdle() {
+    if (idleScheduled_)
+        return;
+    idleScheduled_ = true;
+    QTimer::singleShot(0, this, [this] {
+        idleScheduled_ = false;
+        processIdle();
+    });
+}
+
+void picker_embedded_host::processIdle() {
+    // A modal dialog opened by a queued command spins the event loop; the outer run goes on
+    // with the queue once it returns.
+    if (runningIdle_)
+        return;
+    runningIdle_ = true;
+    while (!idleQueue_.empty()) {
+        const idle_entry entry = idleQueue_.front();
+        idleQueue_.pop_front();
+        if (entry.python)
+            scriptLog_.append(QStringLiteral("python: ") + entry.text);
+        else
+            runMel(entry.text, nullptr, 0);
+    }
+    runningIdle_ = false;
+}
+
+host_status picker_embedded_host::activeSelection(QStringList& names) {
+    if (failing(operation::activeSelection))
+        return refuse();
+    names = selection_;
+    return host_status();
+}
+
+host_status picker_embedded_host::selectByName(const QString& name,
+                                               picker_list_adjustment adjustment) {
+    if (failing(operation::selectByName))
+        return refuse();
+    if (!nodes_.contains(name))
+        return host_status::failure(QStringLiteral("(kInvalidParameter): No object matches name"));
+    QStringList names;
+    if (adjustment == picker_list_adjustment::add)
+        names = selection_;
+    if (!names.contains(name))
+        names.append(name);
+    changeSelection(names);
+    return host_status();
+}
+
+host_status picker_embedded_host::clearSelectionList() {
+    if (failing(operation::clearSelectionList))
+        return refuse();
+    changeSelection(QStringList());
+    return host_status();
+}
+
+bool picker_embedded_host::setSelection(const QStringList& names) {
+    QStringList unique;
+    for (const QString& name : names) {
+        if (!nodes_.contains(name))
+            return false;
+        if (!unique.contains(name))
+            unique.append(name);
+    }
+    changeSelection(unique);
+    return true;
+}
+
+void picker_embedded_host::changeSelection(const QStringList& names) {
+    selection_ = names;
+    raiseEvent(QStringLiteral("SelectionChanged"));
+}
+
+void picker_embedded_host::displayError(const QString& text) {
+    logError(text);
+}
+
+void picker_embedded_host::logError(const QString& text) {
+    scriptLog_.append(QStringLiteral("// Error: ") + text);
+    std::fprintf(stderr, "// Error: %s\n", text.toLocal8Bit().constData());
+}
+
+QWidget* picker_embedded_host::mainWindow() {
+    if (batch_)
+        return nullptr;
+    if (!mainWindow_) {
+        ownMainWindow_ = std::make_unique<QMainWindow>();
+        ownMainWindow_->setWindowTitle(QStringLiteral("Talvora Picker Host"));
+        mainWindow_ = ownMainWindow_.get();
+    }
+    return mainWindow_;
+}
+
+bool picker_embedded_host::addNode(const QString& name) {
+    if (name.isEmpty() || nodes_.contains(name) || name.startsWith(QLatin1Char(':')) ||
+        name.endsWith(QLatin1Char(':')) || name.contains(QLatin1String("::")))
+        return false;
+    nodes_.append(name);
+    return true;
+}
+
+QStringList picker_embedded_host::namespaces() const {
+    QStringList all;
+    for (const QString& node : nodes_) {
+        const QStringList parts = node.split(QLatin1Char(':'));
+        QString ns;
+        for (int i = 0; i + 1 < parts.size(); ++i) {
+            ns = i == 0 ? parts.at(0) : ns + QLatin1Char(':') + parts.at(i);
+            if (!all.contains(ns))
+                all.append(ns);
+        }
+    }
+    QStringList ordered;
+    append_namespace_tree(QString(), all, ordered);
+    return ordered;
+}
+
+void picker_embedded_host::resetScene(const QStringList& nodes,
+                                      const QMap<QString, QString>& fileInfo) {
+    nodes_.clear();
+    for (const QString& node : nodes)
+        addNode(node);
+    fileInfo_ = fileInfo;
+    modified_ = false;
+    if (!selection_.isEmpty())
+        changeSelection(QStringList());
+}
+
+void picker_embedded_host::newScene() {
+    raiseEvent(QStringLiteral("deleteAll"));
+    resetScene(QStringList(), QMap<QString, QString>());
+    raiseEvent(QStringLiteral("NewSceneOpened"));
+}
+
+void picker_embedded_host::openScene(const QStringList& nodes,
+                                     const QMap<QString, QString>& fileInfo) {
+    resetScene(nodes, fileInfo);
+    raiseEvent(QStringLiteral("SceneOpened"));
+}
+
+void picker_embedded_host::quit() {
+    raiseEvent(QStringLiteral("quitApplication"));
+}
+
+host_status picker_embedded_host::executeCommand(const QString& mel, picker_mel_value* result) {
+    return runMel(mel, result, 0);
+}
+
+host_status picker_embedded_host::melError(const QString& text) {
+    logError(text);
+    return host_status::failure(text);
+}
+
+host_status picker_embedded_host::runMel(const QString& text, picker_mel_value* result, int depth) {
+    if (depth > maxNesting)
+        return melError(QStringLiteral("Commands are nested too deeply."));
+    const picker_mel_script script = picker_mel_parse(text);
+    if (!script.error.isEmpty())
+        return melError(script.error);
+    picker_mel_value last = picker_mel_value::string(QString());
+    for (const picker_mel_statement& statement : script.statements) {
+        last = picker_mel_value::string(QString());
+        const host_status status = runStatement(statement, &last, depth);
+        if (!status)
+            return status;
+    }
+    if (result)
+        *result = last;
+    return host_status();
+}
+
+host_status picker_embedded_host::evaluateArguments(const picker_mel_statement& statement,
+                                                    QVector<picker_mel_value>& values, int depth) {
+    for (const picker_mel_word& word : statement.arguments) {
+        if (word.type != picker_mel_word::kind::backquoted) {
+            values.append(picker_mel_value::string(word.text));
+            continue;
+        }
+        picker_mel_value value;
+        const host_status status = runMel(word.text, &value, depth + 1);
+        if (!status)
+            return status;
+        values.append(value);
+    }
+    return host_status();
+}
+
+host_status picker_embedded_host::runStatement(const picker_mel_statement& statement,
+                                               picker_mel_value* result, int depth) {
+    if (!statement.definedProcedure.isEmpty()) {
+        procedures_.insert(statement.definedProcedure);
+        return host_status();
+    }
+    QVector<picker_mel_value> values;
+    const host_status evaluated = evaluateArguments(statement, values, depth);
+    if (!evaluated)
+        return evaluated;
+    const QString& name = statement.command;
+    const auto registered = commands_.find(name);
+    if (registered != commands_.end())
+        return runRegistered(registered->second, values, name);
+    const QStringList args = flatten(values);
+    if (name == QLatin1String("fileInfo"))
+        return runFileInfo(args, result);
+    if (name == QLatin1String("file"))
+        return runFile(args);
+    if (name == QLatin1String("select"))
+        return runSelect(args);
+    if (name == QLatin1String("print")) {
+        scriptLog_.append(args);
+        return host_status();
+    }
+    if (name == QLatin1String("picker_ListNamespaces") && procedures_.contains(name)) {
+        if (!args.isEmpty())
+            return melError(QStringLiteral("Wrong number of arguments on call to %1.").arg(name));
+        *result = picker_mel_value::array(namespaces());
+        return host_status();
+    }
+    if (procedures_.contains(name))
+        return melError(QStringLiteral("Procedure \"%1\" cannot run in this host.").arg(name));
+    return melError(QStringLiteral("Cannot find procedure \"%1\".").arg(name));
+}
+
+host_status picker_embedded_host::runRegistered(picker_command_fn command,
+                                                const QVector<picker_mel_value>& values,
+                                                const QString& name) {
+    // An array passed alone after the first argument stays one slot, as the host hands a MEL
+    // array to a command; elsewhere its items become arguments of their own.
+    QVector<picker_mel_value> argSlots;
+    const bool arrayAlone = values.size() == 2 && values.at(1).isArray;
+    for (int i = 0; i < values.size(); ++i) {
+        if (values.at(i).isArray && !(arrayAlone && i == 1)) {
+            for (const QString& item : values.at(i).items)
+                argSlots.append(picker_mel_value::string(item));
+        } else {
+            argSlots.append(values.at(i));
+        }
+    }
+    const host_status status = command(picker_mel_arg_list(argSlots));
+    if (!status)
+        logError(QStringLiteral("%1: %2").arg(name, status.errorString()));
+    return status;
+}
+
+host_status picker_embedded_host::runFileInfo(const QStringList& args, picker_mel_value* result) {
+    const QString flag = args.value(0);
+    if (flag == QLatin1String("-q") || flag == QLatin1String("-query")) {
+        if (args.size() == 1) {
+            QStringList pairs;
+            for (auto entry = fileInfo_.constBegin(); entry != fileInfo_.constEnd(); ++entry)
+                pairs << entry.key() << entry.value();
+            *result = picker_mel_value::array(pairs);
+            return host_status();
+        }
+        if (args.size() != 2)
+            return melError(QStringLiteral("fileInfo: wrong number of arguments."));
+        const auto found = fileInfo_.constFind(args.at(1));
+        *result = picker_mel_value::array(found == fileInfo_.constEnd() ? QStringList()
+                                                                        : QStringList{*found});
+        return host_status();
+    }
+    if (flag == QLatin1String("-remove") || flag == QLatin1String("-rm")) {
+        if (args.size() != 2)
+            return melError(QStringLiteral("fileInfo: wrong number of arguments."));
+        fileInfo_.remove(args.at(1));
+        return host_status();
+    }
+    if (args.size() != 2 || flag.startsWith(QLatin1Char('-')))
+        return melError(QStringLiteral("fileInfo: wrong number of arguments."));
+    fileInfo_.insert(args.at(0), args.at(1));
+    return host_status();
+}
+
+host_status picker_embedded_host::runFile(const QStringList& args) {
+    const QString flag = args.value(0);
+    if (args.size() != 2 || (flag != QLatin1String("-modified") && flag != QLatin1String("-mf")))
+        return melError(QStringLiteral("file: only -modified is available in this host."));
+    const QString value = args.at(1);
+    if (value == QLatin1String("1") || value == QLatin1String("true") ||
+        value == QLatin1String("on"))
+        modified_ = true;
+    else if (value == QLatin1String("0") || value == QLatin1String("false") ||
+             value == QLatin1String("off"))
+        modified_ = false;
+    else
+        return melError(QStringLiteral("file: invalid value for -modified: %1.").arg(value));
+    return host_status();
+}
+
+host_status picker_embedded_host::runSelect(const QStringList& args) {
+    enum class mode { replace, add, clear };
+    mode chosen = mode::replace;
+    QStringList names;
+    for (const QString& arg : args) {
+        if (arg == QLatin1String("-r") || arg == QLatin1String("-replace"))
+            chosen = mode::replace;
+        else if (arg == QLatin1String("-add"))
+            chosen = mode::add;
+        else if (arg == QLatin1String("-cl") || arg == QLatin1String("-clear"))
+            chosen = mode::clear;
+        else if (arg.startsWith(QLatin1Char('-')))
+            return melError(QStringLiteral("select: invalid flag %1.").arg(arg));
+        else if (!nodes_.contains(arg))
+            return melError(QStringLiteral("No object matches name: %1").arg(arg));
+        else if (!names.contains(arg))
+            names.append(arg);
+    }
+    if (chosen == mode::clear) {
+        changeSelection(QStringList());
+        return host_status();
+    }
+    if (names.isEmpty())
+        return melError(QStringLiteral("select: no objects given."));
+    QStringList selected = chosen == mode::add ? selection_ : QStringList();
+    for (const QString& name : names)
+        if (!selected.contains(name))
+            selected.append(name);
+    changeSelection(selected);
+    return host_status();
+}

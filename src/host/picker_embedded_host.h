@@ -1,0 +1,154 @@
+#pragma once
+
+#include "picker_host.h"
+#include "picker_mel.h"
+
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
+#include <deque>
+#include <map>
+#include <memory>
+
+class QMainWindow;
+
+// A small host of its own for the standalone program and the tests: a scene of named nodes with
+// an active selection and fileInfo storage, scene events, deferred MEL and Python, and a reader
+// for the MEL the picker issues. Errors go to the script log and to stderr, as in a real host.
+class picker_embedded_host : public QObject, public picker_host {
+    Q_OBJECT
+public:
+    // Host operations that can be made to fail on request.
+    enum class operation {
+        openPlugin,
+        registerCommand,
+        deregisterCommand,
+        addEventCallback,
+        removeCallback,
+        executeCommandOnIdle,
+        activeSelection,
+        selectByName,
+        clearSelectionList,
+    };
+
+    explicit picker_embedded_host(QObject* parent = nullptr);
+    ~picker_embedded_host() override;
+
+    // The bridge.
+    host_status openPlugin(const QString& vendor, const QString& version,
+                           const QString& requiredApiVersion) override;
+    host_status registerCommand(const QString& name, picker_command_fn command) override;
+    host_status deregisterCommand(const QString& name) override;
+    QString loadPath() const override;
+    picker_callback_id addEventCallback(const QString& event, picker_event_fn function,
+                                        void* clientData, host_status* status) override;
+    host_status removeCallback(picker_callback_id id) override;
+    host_status executeCommandOnIdle(const QString& mel, bool displayEnabled = false) override;
+    host_status executePythonCommandOnIdle(const QString& python,
+                                           bool displayEnabled = false) override;
+    host_status activeSelection(QStringList& names) override;
+    host_status selectByName(const QString& name, picker_list_adjustment adjustment) override;
+    host_status clearSelectionList() override;
+    void displayError(const QString& text) override;
+    QWidget* mainWindow() override;
+
+    // The scene. Node names may carry namespaces ("hero:L_hand_ctrl").
+    bool addNode(const QString& name);
+    QStringList nodes() const { return nodes_; }
+    // Every namespace followed by its descendants, depth-first, in order of first use.
+    QStringList namespaces() const;
+    QStringList selection() const { return selection_; }
+    // Replaces the selection; fails, changing nothing, when a name is not in the scene.
+    bool setSelection(const QStringList& names);
+
+    QString fileInfo(const QString& key) const { return fileInfo_.value(key); }
+    bool hasFileInfo(const QString& key) const { return fileInfo_.contains(key); }
+    QMap<QString, QString> fileInfoEntries() const { return fileInfo_; }
+    bool isModified() const { return modified_; }
+
+    // Scene events as the host raises them.
+    void newScene();
+    void openScene(const QStringList& nodes, const QMap<QString, QString>& fileInfo);
+    void quit();
+    void raiseEvent(const QString& event);
+
+    // Runs MEL now, as typed into the host's command line; the value is that of the last
+    // statement.
+    host_status executeCommand(const QString& mel, picker_mel_value* result = nullptr);
+    // Runs queued MEL and Python in order until none is left, including what they queue.
+    void processIdle();
+    int pendingIdleCount() const { return static_cast<int>(idleQueue_.size()); }
+
+    QStringList scriptLog() const { return scriptLog_; }
+    void clearScriptLog() { scriptLog_.clear(); }
+    bool isProcedureDefined(const QString& name) const { return procedures_.contains(name); }
+    bool isCommandRegistered(const QString& name) const { return commands_.count(name) != 0; }
+    int callbackCount(const QString& event) const;
+    QString pluginVersion() const { return pluginVersion_; }
+
+    void setLoadPath(const QString& path) { loadPath_ = path; }
+    // The window the program supplies; without one the host makes its own on first use.
+    void setMainWindow(QWidget* window) { mainWindow_ = window; }
+    // A host without interface answers no main window.
+    void setBatchMode(bool batch) { batch_ = batch; }
+    // Failing operations answer a failure and change nothing. For callbacks, event limits the
+    // failure to that event; empty means all.
+    void setFailing(operation which, bool failing, const QString& event = QString());
+
+private:
+    struct callback_entry {
+        QString event;
+        picker_event_fn function = nullptr;
+        void* clientData = nullptr;
+    };
+    struct idle_entry {
+        bool python = false;
+        QString text;
+    };
+
+    bool failing(operation which, const QString& event = QString()) const;
+    host_status refuse() const;
+    void scheduleIdle();
+    void logError(const QString& text);
+    void changeSelection(const QStringList& names);
+    void resetScene(const QStringList& nodes, const QMap<QString, QString>& fileInfo);
+
+    host_status runMel(const QString& text, picker_mel_value* result, int depth);
+    host_status runStatement(const picker_mel_statement& statement, picker_mel_value* result,
+                             int depth);
+    host_status evaluateArguments(const picker_mel_statement& statement,
+                                  QVector<picker_mel_value>& values, int depth);
+    host_status runRegistered(picker_command_fn command, const QVector<picker_mel_value>& values,
+                              const QString& name);
+    host_status runFileInfo(const QStringList& args, picker_mel_value* result);
+    host_status runFile(const QStringList& args);
+    host_status runSelect(const QStringList& args);
+    host_status melError(const QString& text);
+
+    QStringList nodes_;
+    QStringList selection_;
+    QMap<QString, QString> fileInfo_;
+    bool modified_ = false;
+
+    std::map<QString, picker_command_fn> commands_;
+    std::map<picker_callback_id, callback_entry> callbacks_;
+    picker_callback_id nextCallbackId_ = 1;
+    QSet<QString> procedures_;
+
+    std::deque<idle_entry> idleQueue_;
+    bool idleScheduled_ = false;
+    bool runningIdle_ = false;
+
+    QStringList scriptLog_;
+    QString loadPath_;
+    QString pluginVersion_;
+    QPointer<QWidget> mainWindow_;
+    std::unique_ptr<QMainWindow> ownMainWindow_;
+    bool batch_ = false;
+    QMap<operation, QString> failing_;
+};

@@ -1,0 +1,434 @@
+#include "picker_main.h"
+
+#include <QByteArray>
+#include <QDataStream>
+#include <QDockWidget>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QMainWindow>
+#include <QMutex>
+#include <QPixmap>
+#include <QRect>
+#include <QResource>
+#include <QScreen>
+#include <QSettings>
+
+#include <mutex>
+
+// Resources of a static library are registered by hand, and only from the global namespace.
+static void picker_init_resources() {
+    Q_INIT_RESOURCE(picker_host);
+}
+
+namespace {
+
+const QString vendor = QStringLiteral("Talvora");
+const QString anyApiVersion = QStringLiteral("Any");
+// Unloading announces itself with a different version than loading; the host accepts both.
+const QString unloadVersion = QStringLiteral("1.0");
+const QString internalFailure = QStringLiteral("(kFailure): Unexpected Internal Failure");
+constexpr int minimumExtent = 150;
+
+struct plugin_state {
+    picker_host* host = nullptr;
+    picker_window_factory windowFactory = nullptr;
+    QPointer<QDockWidget> window;
+    QMutex mutex;
+    QString path;
+    picker_callback_id selectionChangedId = 0;
+    picker_callback_id quitApplicationId = 0;
+    picker_callback_id deleteAllId = 0;
+    picker_callback_id newSceneOpenedId = 0;
+    picker_callback_id sceneOpenedId = 0;
+};
+
+plugin_state& state() {
+    static plugin_state instance;
+    return instance;
+}
+
+QSettings picker_settings() {
+    return QSettings(QStringLiteral("Talvora"), QStringLiteral("picker"));
+}
+
+// Installs one event callback; false (after reporting) when the host refuses it.
+bool install_callback(const char* event, picker_event_fn function, picker_callback_id& id,
+                      const char* message, host_status& status) {
+    id = state().host->addEventCallback(QString::fromUtf8(event), function, nullptr, &status);
+    picker_main::report_error(status, message);
+    return status.ok();
+}
+
+void remove_callback(picker_callback_id id, const char* message, host_status& status) {
+    status = state().host->removeCallback(id);
+    picker_main::report_error(status, message);
+}
+
+void create_dock() {
+    plugin_state& s = state();
+    auto* mainWindow = qobject_cast<QMainWindow*>(s.host->mainWindow());
+    // Owned by the host's main window once added to it, and deleted by cleanup() in any case.
+    auto* dock = new QDockWidget();
+    s.window = dock;
+    dock->setObjectName(picker_main::name_);
+    if (s.windowFactory)
+        dock->setWidget(s.windowFactory(dock));
+    if (mainWindow)
+        mainWindow->addDockWidget(Qt::RightDockWidgetArea, dock);
+    dock->setFloating(true);
+    dock->setAllowedAreas(Qt::NoDockWidgetArea);
+    // Without the tool bits the floating dock behaves as an ordinary top-level window.
+    const Qt::WindowFlags toolBits(static_cast<Qt::WindowType>(0xA));
+    dock->setWindowFlags(dock->windowFlags() & ~toolBits);
+    dock->setFeatures(QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable |
+                      QDockWidget::DockWidgetFloatable);
+    dock->setWindowTitle(picker_main::name_);
+    dock->setWindowIcon(QIcon(QStringLiteral(":/resources/TalvoraLogo.png")));
+    picker_main::read_settings();
+    dock->show();
+    picker_main::sceneOpenedFn(nullptr);
+}
+
+} // namespace
+
+const QString picker_main::name_ = QStringLiteral("TalvoraPicker");
+const QString picker_main::version_ = QStringLiteral("1.4.2");
+
+picker_host* picker_main::host() {
+    return state().host;
+}
+
+QDockWidget* picker_main::dock() {
+    return state().window.data();
+}
+
+picker_window_link* picker_main::window() {
+    QDockWidget* dock = state().window.data();
+    return dock ? dynamic_cast<picker_window_link*>(dock->widget()) : nullptr;
+}
+
+host_status picker_main::initialize(picker_host& host, picker_window_factory windowFactory) {
+    picker_init_resources();
+    plugin_state& s = state();
+    s.host = &host;
+    s.windowFactory = windowFactory;
+
+    host_status status = host.openPlugin(vendor, version_, anyApiVersion);
+    report_error(status, "could not initialize the plugin");
+    if (!status)
+        return status;
+    status = host.registerCommand(name_, &picker_main::doIt);
+    report_error(status, "could not initialize the plugin");
+    if (!status)
+        return status;
+
+    if (!install_callback("SelectionChanged", &picker_main::selectionChangedFn,
+                          s.selectionChangedId, "could not install SelectionChanged callback",
+                          status) ||
+        !install_callback("quitApplication", &picker_main::quitApplicationFn, s.quitApplicationId,
+                          "could not install quitApplication callback", status) ||
+        !install_callback("deleteAll", &picker_main::deleteAllFn, s.deleteAllId,
+                          "could not install the deleteAll callback", status) ||
+        !install_callback("NewSceneOpened", &picker_main::deleteAllFn, s.newSceneOpenedId,
+                          "could not install the NewSceneOpened callback", status) ||
+        !install_callback("SceneOpened", &picker_main::sceneOpenedFn, s.sceneOpenedId,
+                          "could not install the SceneOpened callback", status))
+        return status;
+
+    s.path = host.loadPath();
+    load_script(QStringLiteral("picker_ListNamespaces.mel"));
+    return status;
+}
+
+host_status picker_main::uninitialize() {
+    plugin_state& s = state();
+    if (!s.host)
+        return host_status::failure(internalFailure);
+    host_status status = s.host->openPlugin(vendor, unloadVersion, anyApiVersion);
+    report_error(status, "could not deregister the plugin");
+    if (!status)
+        return status;
+
+    cleanup();
+
+    status = s.host->deregisterCommand(name_);
+    report_error(status, "could not deregister the plugin");
+    if (!status)
+        return status;
+
+    remove_callback(s.selectionChangedId, "could not remove selectionChanged callback", status);
+    remove_callback(s.quitApplicationId, "could not remove the quitApplicaiton callback", status);
+    remove_callback(s.deleteAllId, "could not remove the deleteAll callback", status);
+    remove_callback(s.newSceneOpenedId, "could not remove the newSceneOpened callback", status);
+    remove_callback(s.sceneOpenedId, "could not remove the sceneOpened callback", status);
+
+    s.host = nullptr;
+    s.windowFactory = nullptr;
+    s.path.clear();
+    return status;
+}
+
+host_status picker_main::doIt(const picker_arg_list& args) {
+    if (!state().host)
+        return host_status::failure(internalFailure);
+    host_status status;
+    const unsigned count = args.length(&status);
+    if (!status) {
+        report_error(status, "could not determine the number of parameters");
+        return status;
+    }
+    if (!state().window)
+        create_dock();
+
+    if (count == 0) {
+        QDockWidget* dockWidget = dock();
+        if (dockWidget && !dockWidget->isVisible())
+            dockWidget->showNormal();
+        else if (dockWidget && dockWidget->isActiveWindow())
+            dockWidget->raise();
+        selectionChangedFn(nullptr);
+        return host_status();
+    }
+
+    const QString directive = args.asString(0, &status);
+    if (!status) {
+        report_error(status, "could not parse the command");
+        return status;
+    }
+
+    QStringList directiveArgs;
+    if (count == 2) {
+        unsigned index = 1;
+        directiveArgs = args.asStringArray(index, &status);
+    }
+    if (count > 2 || (count == 2 && !status)) {
+        directiveArgs.clear();
+        for (unsigned index = 1; index < count; ++index) {
+            const QString arg = args.asString(index, &status);
+            if (!status)
+                break;
+            directiveArgs.append(arg);
+        }
+    }
+    if (!status) {
+        report_error(status, "could not parse the command");
+        return status;
+    }
+    return process_command(directive, directiveArgs);
+}
+
+host_status picker_main::process_command(const QString& directive, const QStringList& args) {
+    picker_host* host = state().host;
+    if (!host)
+        return host_status::failure(internalFailure);
+    picker_window_link* link = window();
+
+    if (directive == QLatin1String("clear")) {
+        host_status status;
+        {
+            std::lock_guard<QMutex> guard(state().mutex);
+            status = host->clearSelectionList();
+        }
+        selectionChangedFn(nullptr);
+        return status;
+    }
+    if (directive == QLatin1String("select")) {
+        host_status status;
+        {
+            std::lock_guard<QMutex> guard(state().mutex);
+            if (args.isEmpty()) {
+                status = host->clearSelectionList();
+            } else {
+                int first = 0;
+                for (; first < args.size(); ++first) {
+                    status = host->selectByName(args.at(first), picker_list_adjustment::replace);
+                    if (status)
+                        break;
+                }
+                for (int index = first; index < args.size(); ++index)
+                    status = host->selectByName(args.at(index), picker_list_adjustment::add);
+            }
+        }
+        selectionChangedFn(nullptr);
+        return status;
+    }
+    if (directive == QLatin1String("restore"))
+        return fetch_pickerdata(args);
+    if (directive == QLatin1String("fetch_image"))
+        return fetch_image(args);
+    if (directive == QLatin1String("bind"))
+        return rebind_picker(args, false);
+    if (directive == QLatin1String("rebind"))
+        return rebind_picker(args, true);
+    if (directive == QLatin1String("save")) {
+        if (link)
+            link->save_current();
+        return host_status();
+    }
+    if (directive == QLatin1String("saveas")) {
+        if (link)
+            link->saveas_current();
+        return host_status();
+    }
+    if (directive == QLatin1String("open")) {
+        if (link)
+            link->load_pickers(args);
+        return host_status();
+    }
+    const QString message = QStringLiteral("TalvoraPicker - unknown directive: %1").arg(directive);
+    host->displayError(message);
+    return host_status::failure(message);
+}
+
+host_status picker_main::fetch_pickerdata(const QStringList& args) {
+    if (args.size() == 1 && !args.at(0).isEmpty()) {
+        const QByteArray data = qUncompress(QByteArray::fromBase64(args.at(0).toUtf8()));
+        if (!data.isEmpty()) {
+            QDataStream stream(data);
+            if (picker_window_link* link = window())
+                link->streamFrom(stream);
+            selectionChangedFn(nullptr);
+            if (picker_window_link* link = window())
+                link->fetchFrontImageData();
+            return host_status();
+        }
+        if (picker_window_link* link = window())
+            link->reset();
+        return host_status::failure(internalFailure);
+    }
+    if (picker_window_link* link = window())
+        link->reset();
+    return host_status();
+}
+
+host_status picker_main::fetch_image(const QStringList& args) {
+    if (args.size() != 2 || args.at(0).isEmpty())
+        return host_status();
+    // Only as many bytes of the image text as the key has are decoded; an old rule of the
+    // stored format, kept so scenes read as they always have.
+    const int byteCount = args.at(0).toUtf8().size();
+    const QByteArray image = QByteArray::fromBase64(args.at(1).toUtf8().left(byteCount));
+    if (image.isEmpty())
+        return host_status::failure(internalFailure);
+    QPixmap pixmap;
+    pixmap.loadFromData(image, "PNG");
+    if (picker_window_link* link = window())
+        link->setBackgroundImage(args.at(0), pixmap);
+    return host_status();
+}
+
+host_status picker_main::rebind_picker(const QStringList& args, bool rebind) {
+    if (picker_window_link* link = window())
+        link->rebindFront(args, rebind);
+    return host_status();
+}
+
+void picker_main::selectionChangedFn(void* clientData) {
+    Q_UNUSED(clientData)
+    plugin_state& s = state();
+    if (!s.window || !s.host)
+        return;
+    // Taken while "select" or "clear" change the host's selection: their own notifications are
+    // ignored, and they report the outcome once when done.
+    std::unique_lock<QMutex> guard(s.mutex, std::try_to_lock);
+    if (!guard.owns_lock())
+        return;
+    QStringList names;
+    const host_status status = s.host->activeSelection(names);
+    if (!status) {
+        s.host->displayError(
+            QStringLiteral("TalvoraPicker- could not get the current selection: %1")
+                .arg(status.errorString()));
+        return;
+    }
+    if (picker_window_link* link = window())
+        link->setSelection(names);
+}
+
+void picker_main::quitApplicationFn(void* clientData) {
+    Q_UNUSED(clientData)
+    if (state().window)
+        cleanup();
+}
+
+void picker_main::deleteAllFn(void* clientData) {
+    Q_UNUSED(clientData)
+    if (!state().window)
+        return;
+    if (picker_window_link* link = window())
+        link->reset();
+}
+
+void picker_main::sceneOpenedFn(void* clientData) {
+    Q_UNUSED(clientData)
+    plugin_state& s = state();
+    if (!s.window || !s.host)
+        return;
+    s.host->executeCommandOnIdle(
+        QStringLiteral("TalvoraPicker restore `fileInfo -q \"TalvoraPickerData\"`;"));
+}
+
+void picker_main::cleanup() {
+    if (!state().window)
+        return;
+    write_settings();
+    delete state().window.data();
+}
+
+void picker_main::read_settings() {
+    QDockWidget* dockWidget = dock();
+    if (!dockWidget)
+        return;
+    QSettings settings = picker_settings();
+    QSize size = settings.value(QStringLiteral("pickerSize"), QSize(400, 400)).toSize();
+    const QPoint position =
+        settings.value(QStringLiteral("pickerPosition"), QPoint(120, 100)).toPoint();
+    if (size.width() < minimumExtent)
+        size.setWidth(minimumExtent);
+    // A low height widens the window and keeps the height: long-standing behaviour users'
+    // stored layouts rely on.
+    if (size.height() < minimumExtent)
+        size.setWidth(minimumExtent);
+
+    QRect rect(position, size);
+    bool onScreen = false;
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) {
+        if (screen->availableGeometry().contains(rect)) {
+            onScreen = true;
+            break;
+        }
+    }
+    if (!onScreen) {
+        if (const QScreen* primary = QGuiApplication::primaryScreen())
+            rect.moveCenter(primary->availableGeometry().center());
+    }
+    dockWidget->resize(rect.size());
+    dockWidget->move(rect.topLeft());
+}
+
+void picker_main::write_settings() {
+    QDockWidget* dockWidget = dock();
+    if (!dockWidget)
+        return;
+    QSettings settings = picker_settings();
+    settings.setValue(QStringLiteral("pickerSize"), dockWidget->size());
+    settings.setValue(QStringLiteral("pickerPosition"), dockWidget->pos());
+}
+
+void picker_main::load_script(const QString& name) {
+    picker_host* host = state().host;
+    if (!host)
+        return;
+    const QResource resource(QStringLiteral(":/scripts/%1").arg(name));
+    if (!resource.isValid())
+        return;
+    host->executeCommandOnIdle(QString::fromUtf8(resource.uncompressedData()));
+}
+
+void picker_main::report_error(const host_status& status, const char* message) {
+    if (status || !state().host)
+        return;
+    state().host->displayError(QStringLiteral("%1 - %2: %3 ")
+                                   .arg(name_, QString::fromUtf8(message), status.errorString()));
+}
