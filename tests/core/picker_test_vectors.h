@@ -1,0 +1,91 @@
+#pragma once
+
+// Byte images of the picker's data layouts, written by hand field by field, for tests, fuzz
+// seeds and benchmarks. Every integer is big-endian; strings are a byte length then UTF-16BE.
+
+#include <QByteArray>
+
+namespace picker_test_vectors {
+
+inline QByteArray hex(const char* text) {
+    return QByteArray::fromHex(QByteArray(text));
+}
+
+// A 2x1 RGBA PNG: an opaque red pixel, then blue at alpha 0x80.
+inline QByteArray tinyPng() {
+    return hex("89504e470d0a1a0a"
+               "0000000d 49484452 00000002 00000001 08 06 00 00 00 f4227f8a"
+               "0000000e 49444154 78da63f8cfc000420d000f7a037e 6a8131e1"
+               "00000000 49454e44 ae426082");
+}
+
+// Selection button: index 0, pos (10, -20), size 12, type 0, api 0, colour 0xFFB22222, label
+// colour 0xFF000000, null label, names "L_hand" and "L_arm".
+inline QByteArray selectionRecord() {
+    return hex("00000000 0000000a ffffffec 0000000c 00000000 00000000 ffb22222 ff000000"
+               "ffffffff"
+               "00000002"
+               "0000000c 004c005f00680061006e0064"
+               "0000000a 004c005f00610072006d");
+}
+
+// Command button: index 1, pos (100, 50), size 20, type 1, api 1 (Python), colour 0xFF2222B2,
+// label colour 0xFFFFFFFF, label "Go", one script "print(1)".
+inline QByteArray commandRecord() {
+    return hex("00000001 00000064 00000032 00000014 00000001 00000001 ff2222b2 ffffffff"
+               "00000004 0047006f"
+               "00000001"
+               "00000010 007000720069006e007400280031 0029");
+}
+
+// View button list in the newest layout: the two records above.
+inline QByteArray buttonListVersion4() {
+    return hex("00000002") + selectionRecord() + commandRecord();
+}
+
+// Version 1 layout (no type, api or label colour): index 0 at (5, 6) size 8 colour 0xFF00FF00,
+// empty label, names "a"; index 1 at (-5, 0) size 4 colour 0xFF0000FF, label "b", names "b".
+inline QByteArray buttonListVersion1() {
+    return hex("00000002"
+               "00000000 00000005 00000006 00000008 ff00ff00 00000000 00000001 00000002 0061"
+               "00000001 fffffffb 00000000 00000004 ff0000ff 00000002 0062 00000001 00000002 0062");
+}
+
+// Version 3 layout (type and api, no label colour): index 0 at (1, 2) size 3, command MEL,
+// colour 0xFF123456, null label, names "x"; index 1 at (7, 8) size 9, selection with api 1,
+// colour 0x80ABCDEF, label "y", names "y", "z".
+inline QByteArray buttonListVersion3() {
+    return hex("00000002"
+               "00000000 00000001 00000002 00000003 00000001 00000000 ff123456 ffffffff"
+               "00000001 00000002 0078"
+               "00000001 00000007 00000008 00000009 00000000 00000001 80abcdef 00000002 0079"
+               "00000002 00000002 0079 00000002 007a");
+}
+
+// .pkr file, format 4: title "Arm", null background key (so no image), buttonListVersion4().
+inline QByteArray pkrVersion4() {
+    return hex("00000004 00000006 00410072006d ffffffff") + buttonListVersion4();
+}
+
+// .pkr file, format 4: title "Face", background key "bg", image marker 1 and the given PNG,
+// then one button, selectionRecord().
+inline QByteArray pkrVersion4WithImage(const QByteArray& png) {
+    return hex("00000004 00000008 0046006100630065 00000004 00620067 00000001") + png +
+           hex("00000001") + selectionRecord();
+}
+
+// .pkr file, format 1: title "Old", no key field, buttonListVersion1().
+inline QByteArray pkrVersion1() {
+    return hex("00000001 00000006 004f006c0064") + buttonListVersion1();
+}
+
+// Tab stream, format 4, two tabs, current index 1. Tab 0: "Arm", no key, buttonListVersion4().
+// Tab 1: "Leg", key "bg" with a null image (marker 0), no buttons.
+inline QByteArray tabStream() {
+    return hex("00000004 00000002 00000001"
+               "00000000 00000006 00410072006d 00000000") +
+           buttonListVersion4() +
+           hex("00000001 00000006 004c00650067 00000004 00620067 00000000 00000000");
+}
+
+} // namespace picker_test_vectors

@@ -1,0 +1,393 @@
+#include "picker_file.h"
+#include "picker_test_vectors.h"
+
+#include <QBuffer>
+#include <QDataStream>
+#include <QImage>
+#include <QtTest>
+
+using picker_test_vectors::hex;
+
+namespace {
+
+QString text(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+buttonAttributes makeButton(QPoint pos, qint32 size, qint32 type, qint32 api, QRgb color,
+                            QRgb tcolor, const QString& label, const QStringList& sel) {
+    buttonAttributes att;
+    att.pos = pos;
+    att.size = size;
+    att.type = type;
+    att.api = api;
+    att.color = color;
+    att.tcolor = tcolor;
+    att.label = label;
+    att.sel = sel;
+    return att;
+}
+
+// The buttons that picker_test_vectors::selectionRecord() and commandRecord() describe.
+buttonAttributes vectorSelectionButton() {
+    return makeButton(QPoint(10, -20), 12, 0, 0, 0xFFB22222, 0xFF000000, QString(),
+                      {text("L_hand"), text("L_arm")});
+}
+
+buttonAttributes vectorCommandButton() {
+    return makeButton(QPoint(100, 50), 20, 1, 1, 0xFF2222B2, 0xFFFFFFFF, text("Go"),
+                      {text("print(1)")});
+}
+
+QImage sampleImage() {
+    QImage image(3, 2, QImage::Format_ARGB32);
+    image.setPixel(0, 0, qRgba(255, 0, 0, 255));
+    image.setPixel(1, 0, qRgba(0, 255, 0, 255));
+    image.setPixel(2, 0, qRgba(0, 0, 255, 255));
+    image.setPixel(0, 1, qRgba(10, 20, 30, 255));
+    image.setPixel(1, 1, qRgba(200, 100, 50, 128));
+    image.setPixel(2, 1, qRgba(0, 0, 0, 0));
+    return image;
+}
+
+QByteArray encodedPng(const QImage& image) {
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return png;
+}
+
+picker_read_result readFile(const QByteArray& bytes, picker_tab_record& tab,
+                            qint64* consumed = nullptr) {
+    QByteArray copy = bytes;
+    QBuffer buffer(&copy);
+    buffer.open(QIODevice::ReadOnly);
+    const picker_read_result result = readPickerFile(buffer, tab);
+    if (consumed) {
+        *consumed = buffer.pos();
+    }
+    return result;
+}
+
+QByteArray writtenFile(const picker_tab_record& tab) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    writePickerFile(buffer, tab);
+    return bytes;
+}
+
+picker_read_result readTabs(const QByteArray& bytes, picker_tab_set& set) {
+    QDataStream stream(bytes);
+    return readTabStream(stream, set);
+}
+
+QByteArray writtenTabs(const picker_tab_set& set, int streamVersion) {
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(streamVersion);
+    writeTabStream(stream, set);
+    return bytes;
+}
+
+QRgb pixelOf(const QByteArray& png, int x, int y) {
+    return QImage::fromData(png, "PNG").convertToFormat(QImage::Format_ARGB32).pixel(x, y);
+}
+
+// Reading a cut-short input may hand back only buttons that the whole input also holds.
+bool isPrefix(const button_att_list& part, const button_att_list& whole) {
+    return part.size() <= whole.size() && part == whole.mid(0, part.size());
+}
+
+} // namespace
+
+class tst_picker_file : public QObject {
+    Q_OBJECT
+
+private slots:
+    void readPkrWithoutImage() {
+        picker_tab_record tab;
+        qint64 consumed = 0;
+        const QByteArray bytes = picker_test_vectors::pkrVersion4();
+        const picker_read_result result = readFile(bytes, tab, &consumed);
+        QVERIFY2(result.ok(), qPrintable(result.error));
+        QCOMPARE(result.version, 4);
+        QCOMPARE(tab.title, text("Arm"));
+        QVERIFY(tab.backgroundKey.isNull());
+        QVERIFY(tab.backgroundPng.isEmpty());
+        QCOMPARE(tab.buttons, (button_att_list{vectorSelectionButton(), vectorCommandButton()}));
+        QCOMPARE(consumed, qint64(bytes.size()));
+    }
+
+    void writePkrWithoutImage() {
+        picker_tab_record tab;
+        tab.title = text("Arm");
+        tab.buttons = {vectorSelectionButton(), vectorCommandButton()};
+        QCOMPARE(writtenFile(tab).toHex(), picker_test_vectors::pkrVersion4().toHex());
+    }
+
+    void pkrWithImage_data() {
+        QTest::addColumn<QByteArray>("png");
+        QTest::addColumn<QImage>("pixels");
+
+        QImage tiny(2, 1, QImage::Format_ARGB32);
+        tiny.setPixel(0, 0, qRgba(255, 0, 0, 255));
+        tiny.setPixel(1, 0, qRgba(0, 0, 255, 0x80));
+        QTest::newRow("hand-written PNG") << picker_test_vectors::tinyPng() << tiny;
+        QTest::newRow("PNG from QImage") << encodedPng(sampleImage()) << sampleImage();
+    }
+
+    void pkrWithImage() {
+        QFETCH(QByteArray, png);
+        QFETCH(QImage, pixels);
+        const QByteArray bytes = picker_test_vectors::pkrVersion4WithImage(png);
+        picker_tab_record tab;
+        qint64 consumed = 0;
+        const picker_read_result result = readFile(bytes, tab, &consumed);
+        QVERIFY2(result.ok(), qPrintable(result.error));
+        QCOMPARE(tab.title, text("Face"));
+        QCOMPARE(tab.backgroundKey, text("bg"));
+        QCOMPARE(tab.backgroundPng, png);
+        QCOMPARE(tab.buttons, button_att_list{vectorSelectionButton()});
+        QCOMPARE(consumed, qint64(bytes.size()));
+        for (int y = 0; y < pixels.height(); ++y) {
+            for (int x = 0; x < pixels.width(); ++x) {
+                QCOMPARE(pixelOf(tab.backgroundPng, x, y), pixels.pixel(x, y));
+            }
+        }
+        QCOMPARE(writtenFile(tab).toHex(), bytes.toHex());
+    }
+
+    void readOlderAndNewerPkr_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("version");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<button_att_list>("buttons");
+
+        QTest::newRow("format 1, no key field")
+            << picker_test_vectors::pkrVersion1() << 1 << text("Old")
+            << button_att_list{
+                   makeButton(QPoint(5, 6), 8, 0, 0, 0xFF00FF00, 0x00FFFFFF, text(""), {text("a")}),
+                   makeButton(QPoint(-5, 0), 4, 0, 0, 0xFF0000FF, 0x00FFFFFF, text("b"),
+                              {text("b")})};
+        QTest::newRow("format 9 read as far as understood")
+            << hex("00000009") + picker_test_vectors::pkrVersion4().mid(4) << 9 << text("Arm")
+            << button_att_list{vectorSelectionButton(), vectorCommandButton()};
+    }
+
+    void readOlderAndNewerPkr() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, version);
+        QFETCH(QString, title);
+        QFETCH(button_att_list, buttons);
+        picker_tab_record tab;
+        const picker_read_result result = readFile(bytes, tab);
+        QVERIFY2(result.ok(), qPrintable(result.error));
+        QCOMPARE(result.version, version);
+        QCOMPARE(tab.title, title);
+        QCOMPARE(tab.buttons, buttons);
+    }
+
+    void readTabStream() {
+        picker_tab_set set;
+        const picker_read_result result = readTabs(picker_test_vectors::tabStream(), set);
+        QVERIFY2(result.ok(), qPrintable(result.error));
+        QCOMPARE(result.version, 4);
+        QCOMPARE(set.version, 4);
+        QCOMPARE(set.current, 1);
+        QCOMPARE(set.tabs.size(), 2);
+        QCOMPARE(set.tabs[0].title, text("Arm"));
+        QVERIFY(set.tabs[0].backgroundKey.isEmpty() && !set.tabs[0].backgroundKey.isNull());
+        QCOMPARE(set.tabs[0].buttons,
+                 (button_att_list{vectorSelectionButton(), vectorCommandButton()}));
+        QCOMPARE(set.tabs[1].title, text("Leg"));
+        QCOMPARE(set.tabs[1].backgroundKey, text("bg"));
+        QVERIFY(set.tabs[1].backgroundPng.isEmpty());
+        QVERIFY(set.tabs[1].buttons.isEmpty());
+    }
+
+    void writeTabStream() {
+        picker_tab_set set;
+        set.current = 1;
+        picker_tab_record arm;
+        arm.title = text("Arm");
+        arm.backgroundKey = text("");
+        arm.buttons = {vectorSelectionButton(), vectorCommandButton()};
+        picker_tab_record leg;
+        leg.title = text("Leg");
+        leg.backgroundKey = text("bg");
+        set.tabs = {arm, leg};
+        QCOMPARE(writtenTabs(set, QDataStream::Qt_DefaultCompiledVersion).toHex(),
+                 picker_test_vectors::tabStream().toHex());
+    }
+
+    void newerTabStreamIsRefused_data() {
+        QTest::addColumn<qint32>("version");
+        QTest::addColumn<QByteArray>("versionBytes");
+
+        QTest::newRow("5") << 5 << hex("00000005");
+        QTest::newRow("largest") << 2147483647 << hex("7fffffff");
+    }
+
+    void newerTabStreamIsRefused() {
+        QFETCH(qint32, version);
+        QFETCH(QByteArray, versionBytes);
+        const QByteArray bytes = versionBytes + picker_test_vectors::tabStream().mid(4);
+        picker_tab_set set;
+        set.current = 3;
+        picker_tab_record kept;
+        kept.title = text("kept");
+        set.tabs = {kept};
+
+        QDataStream stream(bytes);
+        const picker_read_result result = ::readTabStream(stream, set);
+        QCOMPARE(result.version, version);
+        QVERIFY(!result.ok());
+        QVERIFY2(result.error.contains(QString::number(version)), qPrintable(result.error));
+        QCOMPARE(stream.device()->pos(), qint64(4));
+        QCOMPARE(set.current, 3);
+        QCOMPARE(set.tabs, QList<picker_tab_record>{kept});
+    }
+
+    void tabStreamRoundTrip_data() {
+        QTest::addColumn<int>("streamVersion");
+
+        QTest::newRow("Qt 4.0 stream") << int(QDataStream::Qt_4_0);
+        QTest::newRow("default stream") << int(QDataStream::Qt_DefaultCompiledVersion);
+    }
+
+    void tabStreamRoundTrip() {
+        QFETCH(int, streamVersion);
+        picker_tab_set set;
+        set.current = -1;
+        picker_tab_record face;
+        face.title = text("Fa\xC3\xA7"
+                          "e \xF0\x9F\x98\x80");
+        face.backgroundKey = text("face_bg");
+        face.backgroundPng = encodedPng(sampleImage());
+        face.buttons = {vectorCommandButton()};
+        picker_tab_record empty;
+        set.tabs = {face, empty, face};
+
+        const QByteArray bytes = writtenTabs(set, streamVersion);
+        picker_tab_set back;
+        QDataStream stream(bytes);
+        stream.setVersion(streamVersion);
+        const picker_read_result result = ::readTabStream(stream, back);
+        QVERIFY2(result.ok(), qPrintable(result.error));
+        QCOMPARE(back.current, -1);
+        QCOMPARE(back.tabs, set.tabs);
+        QVERIFY(back.tabs[1].title.isNull());
+        QVERIFY(stream.atEnd());
+    }
+
+    void countBeyondTheData() {
+        const QByteArray bytes = hex("00000004 ffffffff ffffffff 7fffffff"
+                                     "00000000 00000001 00000002 00000003 00000000 00000000");
+        QCOMPARE(bytes.size(), 40);
+        picker_tab_record tab;
+        const picker_read_result result = readFile(bytes, tab);
+        QCOMPARE(result.error, text("the file ends in the middle of button 0"));
+        QVERIFY(tab.buttons.isEmpty());
+
+        picker_tab_set set;
+        const picker_read_result tabsResult =
+            readTabs(hex("00000004 7fffffff 00000000") + bytes.mid(4), set);
+        QVERIFY(!tabsResult.ok());
+        QCOMPARE(set.tabs.size(), 1);
+    }
+
+    void faultIsDescribed_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("error");
+
+        const QByteArray head = hex("00000004 00000000 00000004 00620067");
+        const QByteArray signature = hex("89504e470d0a1a0a");
+        QTest::newRow("empty") << QByteArray() << text("the file is empty");
+        QTest::newRow("short version")
+            << hex("000000") << text("the file ends in the middle of the format version");
+        QTest::newRow("short title")
+            << hex("00000004 0000") << text("the file ends in the middle of the title");
+        QTest::newRow("odd title length")
+            << hex("00000004 00000003 004100") << text("an odd string length 3 in the title");
+        QTest::newRow("cut in button 1") << picker_test_vectors::pkrVersion4().chopped(3)
+                                         << text("the file ends in the middle of button 1");
+        QTest::newRow("no button count")
+            << head + hex("00000000") << text("the file ends in the middle of the button count");
+        QTest::newRow("image marker 7")
+            << head + hex("00000007") << text("unknown image marker 7 in the background image");
+        QTest::newRow("not a PNG")
+            << head + hex("00000001 89504e470d0a1a0b 0000000d 49484452")
+            << text("an image that is not a PNG file in the background image");
+        QTest::newRow("broken chunk type")
+            << head + hex("00000001") + signature + hex("0000000d 49480052")
+            << text("a broken PNG chunk type in the background image");
+        QTest::newRow("chunk length out of range")
+            << head + hex("00000001") + signature + hex("80000000 49484452")
+            << text("PNG chunk length 2147483648 out of range in the background image");
+        QTest::newRow("PNG without IEND")
+            << head + hex("00000001") + picker_test_vectors::tinyPng().chopped(12) + hex("00000000")
+            << text("the file ends in the middle of the background image");
+    }
+
+    void faultIsDescribed() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, error);
+        picker_tab_record tab;
+        QCOMPARE(readFile(bytes, tab).error, error);
+    }
+
+    void tabStreamFaultKeepsWhatWasRead() {
+        const QByteArray whole = picker_test_vectors::tabStream();
+        // Cut inside tab 1's background key "bg".
+        const QByteArray bytes = whole.left(whole.size() - 12);
+        picker_tab_set set;
+        const picker_read_result result = readTabs(bytes, set);
+        QCOMPARE(result.error, text("the data ends in the middle of the background key of tab 1"));
+        QCOMPARE(set.tabs.size(), 2);
+        QCOMPARE(set.tabs[0].buttons.size(), 2);
+        QCOMPARE(set.tabs[1].title, text("Leg"));
+    }
+
+    void truncationAtEveryByte_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("tabStream");
+
+        QTest::newRow(".pkr with image")
+            << picker_test_vectors::pkrVersion4WithImage(picker_test_vectors::tinyPng()) << false;
+        QTest::newRow(".pkr without image") << picker_test_vectors::pkrVersion4() << false;
+        QTest::newRow(".pkr format 1") << picker_test_vectors::pkrVersion1() << false;
+        QTest::newRow("tab stream") << picker_test_vectors::tabStream() << true;
+    }
+
+    void truncationAtEveryByte() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, tabStream);
+        picker_tab_record whole;
+        picker_tab_set wholeSet;
+        const bool wholeOk =
+            tabStream ? readTabs(bytes, wholeSet).ok() : readFile(bytes, whole).ok();
+        QVERIFY(wholeOk);
+        for (int length = 0; length < bytes.size(); ++length) {
+            const QByteArray cut = bytes.left(length);
+            if (tabStream) {
+                picker_tab_set set;
+                const picker_read_result result = readTabs(cut, set);
+                QVERIFY2(!result.ok(), qPrintable(QString::number(length)));
+                QVERIFY(set.tabs.size() <= wholeSet.tabs.size());
+                for (int i = 0; i < set.tabs.size(); ++i) {
+                    QVERIFY(isPrefix(set.tabs[i].buttons, wholeSet.tabs[i].buttons));
+                }
+            } else {
+                picker_tab_record tab;
+                const picker_read_result result = readFile(cut, tab);
+                QVERIFY2(!result.ok(), qPrintable(QString::number(length)));
+                QVERIFY(isPrefix(tab.buttons, whole.buttons));
+            }
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_picker_file)
+#include "tst_picker_file.moc"

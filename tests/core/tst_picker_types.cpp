@@ -1,0 +1,465 @@
+#include "picker_selection.h"
+#include "picker_test_vectors.h"
+#include "picker_types.h"
+
+#include <QDataStream>
+#include <QtTest>
+
+using picker_test_vectors::hex;
+
+Q_DECLARE_METATYPE(buttonAttributes)
+
+namespace {
+
+buttonAttributes makeButton(QPoint pos, qint32 size, qint32 type, qint32 api, QRgb color,
+                            QRgb tcolor, const QString& label, const QStringList& sel) {
+    buttonAttributes att;
+    att.pos = pos;
+    att.size = size;
+    att.type = type;
+    att.api = api;
+    att.color = color;
+    att.tcolor = tcolor;
+    att.label = label;
+    att.sel = sel;
+    return att;
+}
+
+QString text(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+// The buttons that picker_test_vectors::selectionRecord() and commandRecord() describe.
+buttonAttributes vectorSelectionButton() {
+    return makeButton(QPoint(10, -20), 12, 0, 0, 0xFFB22222, 0xFF000000, QString(),
+                      {text("L_hand"), text("L_arm")});
+}
+
+buttonAttributes vectorCommandButton() {
+    return makeButton(QPoint(100, 50), 20, 1, 1, 0xFF2222B2, 0xFFFFFFFF, text("Go"),
+                      {text("print(1)")});
+}
+
+template <typename Write>
+QByteArray written(Write write) {
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    write(stream);
+    return bytes;
+}
+
+QStringList names(const char* blankSeparated) {
+    return text(blankSeparated).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+sel_list flags(const char* digits) {
+    sel_list result;
+    for (const char* c = digits; *c; ++c) {
+        result.append(static_cast<char>(*c - '0'));
+    }
+    return result;
+}
+
+} // namespace
+
+class tst_picker_types : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { picker_selection::clear(); }
+
+    void writeButtonList_matchesLayout() {
+        const QByteArray bytes = written([](QDataStream& s) {
+            writeButtonList(s, {vectorSelectionButton(), vectorCommandButton()});
+        });
+        QCOMPARE(bytes.toHex(), picker_test_vectors::buttonListVersion4().toHex());
+    }
+
+    void readOlderLayouts_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("version");
+        QTest::addColumn<button_att_list>("expected");
+
+        QTest::newRow("version 4")
+            << picker_test_vectors::buttonListVersion4() << 4
+            << button_att_list{vectorSelectionButton(), vectorCommandButton()};
+        QTest::newRow("version 1: selection, MEL, label colour 0x00FFFFFF")
+            << picker_test_vectors::buttonListVersion1() << 1
+            << button_att_list{
+                   makeButton(QPoint(5, 6), 8, 0, 0, 0xFF00FF00, 0x00FFFFFF, text(""), {text("a")}),
+                   makeButton(QPoint(-5, 0), 4, 0, 0, 0xFF0000FF, 0x00FFFFFF, text("b"),
+                              {text("b")})};
+        QTest::newRow("version 3: type and api, no label colour")
+            << picker_test_vectors::buttonListVersion3() << 3
+            << button_att_list{makeButton(QPoint(1, 2), 3, 1, 0, 0xFF123456, 0x00FFFFFF, QString(),
+                                          {text("x")}),
+                               makeButton(QPoint(7, 8), 9, 0, 1, 0x80ABCDEF, 0x00FFFFFF, text("y"),
+                                          {text("y"), text("z")})};
+    }
+
+    void readOlderLayouts() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, version);
+        QFETCH(button_att_list, expected);
+        QDataStream stream(bytes);
+        const button_att_list buttons = readButtonList(stream, version);
+        QCOMPARE(buttons, expected);
+        QCOMPARE(stream.status(), QDataStream::Ok);
+        QVERIFY(stream.atEnd());
+        for (int i = 0; i < buttons.size(); ++i) {
+            QCOMPARE(buttons[i].label.isNull(), expected[i].label.isNull());
+        }
+    }
+
+    void invalidRecordIsDropped_data() {
+        QTest::addColumn<QByteArray>("record");
+
+        QTest::newRow("index not its position")
+            << hex("00000003 00000001 00000002 00000003 00000000 00000000 ff000000 ff000000"
+                   "ffffffff 00000001 00000002 0061");
+        QTest::newRow("type 2") << hex(
+            "00000000 00000001 00000002 00000003 00000002 00000000 ff000000 ff000000"
+            "ffffffff 00000001 00000002 0061");
+        QTest::newRow("api 2") << hex(
+            "00000000 00000001 00000002 00000003 00000000 00000002 ff000000 ff000000"
+            "ffffffff 00000001 00000002 0061");
+        QTest::newRow("api -1") << hex(
+            "00000000 00000001 00000002 00000003 00000001 ffffffff ff000000 ff000000"
+            "ffffffff 00000001 00000002 0061");
+        QTest::newRow("zero names")
+            << hex("00000000 00000001 00000002 00000003 00000000 00000000 ff000000 ff000000"
+                   "00000002 0061 00000000");
+        QTest::newRow("negative name count")
+            << hex("00000000 00000001 00000002 00000003 00000000 00000000 ff000000 ff000000"
+                   "00000002 0061 ffffffff");
+    }
+
+    void invalidRecordIsDropped() {
+        QFETCH(QByteArray, record);
+        const QByteArray bytes = hex("00000002") + record + picker_test_vectors::commandRecord();
+        QDataStream stream(bytes);
+        QCOMPARE(readButtonList(stream, 4), button_att_list{vectorCommandButton()});
+        QVERIFY(stream.atEnd());
+    }
+
+    void writeButtonAttributes_matchesLayout() {
+        const QByteArray bytes = written([](QDataStream& s) {
+            writeButtonAttributes(s, {vectorSelectionButton(), vectorCommandButton()});
+        });
+        const QByteArray expected = hex("00000001 00000002") +
+                                    picker_test_vectors::selectionRecord() +
+                                    picker_test_vectors::commandRecord();
+        QCOMPARE(bytes.toHex(), expected.toHex());
+    }
+
+    void readButtonAttributes_data() {
+        QTest::addColumn<QByteArray>("head");
+        QTest::addColumn<bool>("accepted");
+
+        QTest::newRow("format 1") << hex("00000001 00000002") << true;
+        QTest::newRow("format 2") << hex("00000002 00000002") << false;
+        QTest::newRow("format 0") << hex("00000000 00000002") << false;
+        QTest::newRow("count 0") << hex("00000001 00000000") << false;
+        QTest::newRow("count -1") << hex("00000001 ffffffff") << false;
+    }
+
+    void readButtonAttributes() {
+        QFETCH(QByteArray, head);
+        QFETCH(bool, accepted);
+        const QByteArray bytes =
+            head + picker_test_vectors::selectionRecord() + picker_test_vectors::commandRecord();
+        QDataStream stream(bytes);
+        const button_att_list expected =
+            accepted ? button_att_list{vectorSelectionButton(), vectorCommandButton()}
+                     : button_att_list{};
+        QCOMPARE(::readButtonAttributes(stream), expected);
+    }
+
+    void nonAsciiTextEncodesAsUtf16() {
+        // U+03A8, then U+1F600 as the surrogate pair D83D DE00; a name with U+00E9.
+        const buttonAttributes att = makeButton(
+            QPoint(0, 0), 1, 0, 0, 0, 0, text("\xCE\xA8\xF0\x9F\x98\x80"), {text("bras_\xC3\xA9")});
+        const QByteArray expected =
+            hex("00000001"
+                "00000000 00000000 00000000 00000001 00000000 00000000 00000000 00000000"
+                "00000006 03a8 d83d de00"
+                "00000001 0000000c 0062007200610073005f 00e9");
+        const QByteArray bytes = written([&](QDataStream& s) { writeButtonList(s, {att}); });
+        QCOMPARE(bytes.toHex(), expected.toHex());
+        QDataStream stream(expected);
+        QCOMPARE(readButtonList(stream, 4), button_att_list{att});
+    }
+
+    void labelKeepsNullApartFromEmpty_data() {
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QByteArray>("encoded");
+
+        QTest::newRow("null") << QString() << hex("ffffffff");
+        QTest::newRow("empty") << text("") << hex("00000000");
+        QTest::newRow("one letter") << text("Q") << hex("00000002 0051");
+    }
+
+    void labelKeepsNullApartFromEmpty() {
+        QFETCH(QString, label);
+        QFETCH(QByteArray, encoded);
+        const buttonAttributes att =
+            makeButton(QPoint(3, 4), 5, 0, 0, 0xFF000000, 0xFFFFFFFF, label, {text("n")});
+        const QByteArray bytes = written([&](QDataStream& s) { writeButtonList(s, {att}); });
+        QCOMPARE(bytes.mid(36, encoded.size()).toHex(), encoded.toHex());
+        QDataStream stream(bytes);
+        const button_att_list back = readButtonList(stream, 4);
+        QCOMPARE(back.size(), 1);
+        QCOMPARE(back[0].label.isNull(), label.isNull());
+        QCOMPARE(written([&](QDataStream& s) { writeButtonList(s, back); }), bytes);
+    }
+
+    void roundTrip_data() {
+        QTest::addColumn<button_att_list>("buttons");
+
+        QTest::newRow("none") << button_att_list{};
+        QTest::newRow("vector buttons")
+            << button_att_list{vectorSelectionButton(), vectorCommandButton()};
+        QStringList many;
+        for (int i = 0; i < 50; ++i) {
+            many.append(QStringLiteral("rig:ctrl_%1").arg(i));
+        }
+        QTest::newRow("extremes") << button_att_list{
+            makeButton(QPoint(-2147483647 - 1, 2147483647), -5, 1, 0, 0, 0xFFFFFFFF,
+                       text("\xE2\x9C\x93"), many),
+            makeButton(QPoint(0, 0), 0, 0, 1, 0x01020304, 0x05060708, text(""), {text("")}),
+            makeButton(QPoint(1, 1), 1, 1, 1, 1, 1, QString(), {QString()})};
+    }
+
+    void roundTrip() {
+        QFETCH(button_att_list, buttons);
+        const QByteArray list = written([&](QDataStream& s) { writeButtonList(s, buttons); });
+        QDataStream listStream(list);
+        QCOMPARE(readButtonList(listStream, 4), buttons);
+        QVERIFY(listStream.atEnd());
+
+        const QByteArray clip = written([&](QDataStream& s) { writeButtonAttributes(s, buttons); });
+        QDataStream clipStream(clip);
+        QCOMPARE(::readButtonAttributes(clipStream), buttons);
+    }
+
+    void corruptDataStopsReading_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("buttonsRead");
+        QTest::addColumn<int>("status");
+
+        QTest::newRow("huge count, one record")
+            << hex("7fffffff") + picker_test_vectors::selectionRecord() << 1
+            << int(QDataStream::ReadPastEnd);
+        QTest::newRow("huge name count")
+            << hex("00000001 00000000 00000000 00000000 00000001 00000000 00000000 00000000"
+                   "00000000 ffffffff 7fffffff 00000002 0061")
+            << 0 << int(QDataStream::ReadPastEnd);
+        QTest::newRow("long string length")
+            << hex("00000001 00000000 00000000 00000000 00000001 00000000 00000000 00000000"
+                   "00000000 3ffffffe 0061")
+            << 0 << int(QDataStream::ReadPastEnd);
+        QTest::newRow("string length past any real string")
+            << hex("00000001 00000000 00000000 00000000 00000001 00000000 00000000 00000000"
+                   "00000000 7ffffffe 0061")
+            << 0 << int(QDataStream::ReadCorruptData);
+        QTest::newRow("odd string length")
+            << hex("00000002") + picker_test_vectors::selectionRecord().left(32) +
+                   hex("00000003 0061 00") + picker_test_vectors::commandRecord()
+            << 0 << int(QDataStream::ReadCorruptData);
+    }
+
+    void corruptDataStopsReading() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, buttonsRead);
+        QFETCH(int, status);
+        QDataStream stream(bytes);
+        QCOMPARE(readButtonList(stream, 4).size(), buttonsRead);
+        QCOMPARE(int(stream.status()), status);
+    }
+
+    void buttonSetFromStringList_data() {
+        QTest::addColumn<QStringList>("input");
+        QTest::addColumn<QStringList>("expected");
+
+        QTest::newRow("empty") << QStringList() << QStringList();
+        QTest::newRow("duplicate collapses to first") << names("a b a") << names("a b");
+        QTest::newRow("order kept") << names("c a b a c") << names("c a b");
+        QTest::newRow("case-sensitive") << names("Arm arm Arm") << names("Arm arm");
+    }
+
+    void buttonSetFromStringList() {
+        QFETCH(QStringList, input);
+        QFETCH(QStringList, expected);
+        const button_set set = button_set::fromStringList(input);
+        QCOMPARE(QStringList(set.begin(), set.end()), expected);
+    }
+
+    void buttonSetOperations_data() {
+        QTest::addColumn<QStringList>("initial");
+        QTest::addColumn<QString>("operation");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("expected");
+        QTest::addColumn<bool>("containsAfter");
+
+        QTest::newRow("append new")
+            << names("a") << text("append") << text("b") << names("a b") << true;
+        QTest::newRow("append present")
+            << names("a b") << text("append") << text("a") << names("a b") << true;
+        QTest::newRow("append other case")
+            << names("arm") << text("append") << text("Arm") << names("arm Arm") << true;
+        QTest::newRow("remove first of two")
+            << names("a b") << text("removeOne") << text("a") << names("b") << false;
+        QTest::newRow("remove absent")
+            << names("a b") << text("removeOne") << text("c") << names("a b") << false;
+        QTest::newRow("remove other case")
+            << names("arm") << text("removeOne") << text("Arm") << names("arm") << false;
+        QTest::newRow("remove from empty")
+            << QStringList() << text("removeOne") << text("a") << QStringList() << false;
+    }
+
+    void buttonSetOperations() {
+        QFETCH(QStringList, initial);
+        QFETCH(QString, operation);
+        QFETCH(QString, name);
+        QFETCH(QStringList, expected);
+        QFETCH(bool, containsAfter);
+        button_set set = button_set::fromStringList(initial);
+        if (operation == QLatin1String("append")) {
+            set.append(name);
+        } else {
+            set.removeOne(name);
+        }
+        QCOMPARE(QStringList(set.begin(), set.end()), expected);
+        QCOMPARE(set.contains(name), containsAfter);
+    }
+
+    void buttonSetAddAndRemoveButton() {
+        buttonRecord first;
+        first.att.sel = names("a b");
+        buttonRecord second;
+        second.att.sel = names("b c b");
+        button_set set;
+        set.add_button(first);
+        set.add_button(second);
+        QCOMPARE(QStringList(set.begin(), set.end()), names("a b c"));
+        set.remove_button(first);
+        QCOMPARE(QStringList(set.begin(), set.end()), names("c"));
+    }
+
+    void appendAllToString_data() {
+        QTest::addColumn<QStringList>("set");
+        QTest::addColumn<QString>("start");
+        QTest::addColumn<QString>("expected");
+
+        QTest::newRow("two names") << names("a b") << text("x") << text("x a b");
+        QTest::newRow("empty set") << QStringList() << text("x") << text("x");
+        QTest::newRow("onto empty") << names("ns:a") << QString() << text(" ns:a");
+    }
+
+    void appendAllToString() {
+        QFETCH(QStringList, set);
+        QFETCH(QString, start);
+        QFETCH(QString, expected);
+        QString line = start;
+        button_set::fromStringList(set).appendAllToString(&line);
+        QCOMPARE(line, expected);
+    }
+
+    void selectAndUnselect_data() {
+        QTest::addColumn<QStringList>("sel");
+        QTest::addColumn<sel_list>("which");
+        QTest::addColumn<bool>("selecting");
+        QTest::addColumn<bool>("all");
+        QTest::addColumn<QStringList>("mirror");
+        QTest::addColumn<sel_list>("whichAfter");
+        QTest::addColumn<bool>("told");
+        QTest::addColumn<QStringList>("mirrorAfter");
+
+        QTest::newRow("select reports each newly lit name")
+            << names("a b c") << flags("010") << true << false << names("b") << flags("111") << true
+            << names("b a c");
+        QTest::newRow("select with all lit already")
+            << names("a b") << flags("11") << true << false << names("x") << flags("11") << false
+            << names("x");
+        QTest::newRow("select from the host only sets flags")
+            << names("a b c") << flags("010") << true << true << names("x") << flags("111") << false
+            << names("x");
+        QTest::newRow("select of a name the mirror holds")
+            << names("a") << flags("0") << true << false << names("a") << flags("1") << true
+            << names("a");
+        QTest::newRow("select with missing flags")
+            << names("a b") << sel_list() << true << false << QStringList() << flags("11") << true
+            << names("a b");
+        QTest::newRow("unselect reports each lit name")
+            << names("a b c") << flags("101") << false << false << names("a c z") << flags("000")
+            << true << names("z");
+        QTest::newRow("unselect with nothing lit")
+            << names("a b") << flags("00") << false << false << names("a") << flags("00") << false
+            << names("a");
+        QTest::newRow("unselect from the host only clears flags")
+            << names("a b") << flags("11") << false << true << names("a b") << flags("00") << false
+            << names("a b");
+        QTest::newRow("unselect is case-sensitive")
+            << names("Arm") << flags("1") << false << false << names("arm") << flags("0") << true
+            << names("arm");
+    }
+
+    void selectAndUnselect() {
+        QFETCH(QStringList, sel);
+        QFETCH(sel_list, which);
+        QFETCH(bool, selecting);
+        QFETCH(bool, all);
+        QFETCH(QStringList, mirror);
+        QFETCH(sel_list, whichAfter);
+        QFETCH(bool, told);
+        QFETCH(QStringList, mirrorAfter);
+
+        picker_selection::setNames(mirror);
+        buttonRecord button;
+        button.att.sel = sel;
+        button.which = which;
+        button.selected = buttonRecord::Some;
+        const bool result = selecting ? button.select(all) : button.unselect(all);
+        QCOMPARE(result, told);
+        QCOMPARE(button.which, whichAfter);
+        QCOMPARE(picker_selection::names(), mirrorAfter);
+        QCOMPARE(button.selected,
+                 selecting ? qint16(buttonRecord::All) : qint16(buttonRecord::None));
+    }
+
+    void selectionMirrorRules() {
+        QVERIFY(!picker_selection::unselectButton(text("a")));
+        QVERIFY(picker_selection::selectButton(text("a")));
+        QVERIFY(!picker_selection::selectButton(text("a")));
+        QVERIFY(picker_selection::selectButton(text("A")));
+        QVERIFY(!picker_selection::unselectButton(text("b")));
+        QVERIFY(picker_selection::unselectButton(text("a")));
+        QCOMPARE(picker_selection::names(), names("A"));
+    }
+
+    void moveToKeepsSize_data() {
+        QTest::addColumn<QRect>("bounds");
+        QTest::addColumn<QPoint>("target");
+        QTest::addColumn<QRect>("expected");
+
+        QTest::newRow("even edge")
+            << QRect(0, 0, 10, 10) << QPoint(50, -30) << QRect(46, -34, 10, 10);
+        QTest::newRow("odd edge") << QRect(-3, 4, 7, 7) << QPoint(0, 0) << QRect(-3, -3, 7, 7);
+        QTest::newRow("wide") << QRect(5, 5, 40, 11) << QPoint(-100, 200)
+                              << QRect(-119, 195, 40, 11);
+    }
+
+    void moveToKeepsSize() {
+        QFETCH(QRect, bounds);
+        QFETCH(QPoint, target);
+        QFETCH(QRect, expected);
+        buttonRecord button;
+        button.bounds = bounds;
+        button.moveTo(target);
+        QCOMPARE(button.att.pos, target);
+        QCOMPARE(button.bounds, expected);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_picker_types)
+#include "tst_picker_types.moc"
