@@ -1,0 +1,244 @@
+#include "picker_json.h"
+#include "png_chunks.h"
+#include "tools_test_vectors.h"
+
+#include <QBuffer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTest>
+
+using namespace tools_vectors;
+
+namespace {
+
+picker_tab_record readBytes(const QByteArray& bytes, qint32* version = nullptr) {
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    picker_tab_record tab;
+    const picker_read_result result = readPickerFile(buffer, tab);
+    if (version)
+        *version = result.version;
+    return tab;
+}
+
+QByteArray writeBytes(const picker_tab_record& tab) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    writePickerFile(buffer, tab);
+    return bytes;
+}
+
+QJsonObject parse(const char* json) {
+    return QJsonDocument::fromJson(QByteArray(json)).object();
+}
+
+const char without_image_json[] = R"({
+    "formatVersion": 4,
+    "title": "Arm",
+    "backgroundKey": "",
+    "background": null,
+    "buttons": [
+        {"pos": [10, -20], "size": 12, "type": "selection", "api": "mel",
+         "color": "#FFB22222", "tcolor": "#FF000000", "label": "L\u00e4",
+         "sel": ["hero:L_arm", "hero:L_hand"]},
+        {"pos": [300, 40], "size": 20, "type": "command", "api": "python",
+         "color": "#80112233", "tcolor": "#00FFFFFF", "label": null,
+         "sel": ["print('hi')\n"]}
+    ]
+})";
+
+const char with_image_json[] = R"({
+    "formatVersion": 4,
+    "title": null,
+    "backgroundKey": "bg",
+    "background": "iVBORw0KGgoAAAANSUhEUgAAAAIAAAABCAIAAAB7QOjdAAAADUlEQVR42mP4zwAE/wEHAAH/PX2MSQAAAABJRU5ErkJggg==",
+    "buttons": [
+        {"pos": [1, 1], "size": 8, "type": "command", "api": "mel",
+         "color": "#FF00FF00", "tcolor": "#FFFFFFFF", "label": "", "sel": ["select -cl;"]}
+    ]
+})";
+
+} // namespace
+
+class tst_picker_json : public QObject {
+    Q_OBJECT
+
+private slots:
+    void fileToJson_data();
+    void fileToJson();
+    void jsonToFile_data();
+    void jsonToFile();
+    void olderFormatDumpsWhatWasRead();
+    void shortColourIsOpaque();
+    void badDescriptionSaysWhere_data();
+    void badDescriptionSaysWhere();
+    void pngLayout_data();
+    void pngLayout();
+};
+
+void tst_picker_json::fileToJson_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("json");
+    QTest::newRow("no image") << fileWithoutImage() << QByteArray(without_image_json);
+    QTest::newRow("image") << fileWithImage() << QByteArray(with_image_json);
+}
+
+void tst_picker_json::fileToJson() {
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, json);
+    qint32 version = 0;
+    const picker_tab_record tab = readBytes(file, &version);
+    QCOMPARE(pickerToJson(tab, version), QJsonDocument::fromJson(json).object());
+}
+
+void tst_picker_json::jsonToFile_data() {
+    fileToJson_data();
+}
+
+void tst_picker_json::jsonToFile() {
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, json);
+    picker_tab_record tab;
+    QCOMPARE(pickerFromJsonText(json, tab), QString());
+    QCOMPARE(writeBytes(tab).toHex(), file.toHex());
+}
+
+void tst_picker_json::olderFormatDumpsWhatWasRead() {
+    qint32 version = 0;
+    const picker_tab_record tab = readBytes(fileVersion3(), &version);
+    const QJsonObject json = pickerToJson(tab, version);
+    QCOMPARE(json.value(QLatin1String("formatVersion")).toInt(), 3);
+    const QJsonObject button = json.value(QLatin1String("buttons")).toArray().at(0).toObject();
+    QCOMPARE(button.value(QLatin1String("tcolor")).toString(), QStringLiteral("#00FFFFFF"));
+    QCOMPARE(button.value(QLatin1String("color")).toString(), QStringLiteral("#FF0000FF"));
+}
+
+void tst_picker_json::shortColourIsOpaque() {
+    QJsonObject json = parse(without_image_json);
+    QJsonArray buttons = json.value(QLatin1String("buttons")).toArray();
+    QJsonObject button = buttons.at(0).toObject();
+    button.insert(QLatin1String("color"), QStringLiteral("#a0b1c2"));
+    button.insert(QLatin1String("tcolor"), QStringLiteral("#0a0b0c0d"));
+    buttons.replace(0, button);
+    json.insert(QLatin1String("buttons"), buttons);
+    picker_tab_record tab;
+    QCOMPARE(pickerFromJson(json, tab), QString());
+    QCOMPARE(tab.buttons.at(0).color, 0xffa0b1c2u);
+    QCOMPARE(tab.buttons.at(0).tcolor, 0x0a0b0c0du);
+}
+
+void tst_picker_json::badDescriptionSaysWhere_data() {
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("error");
+    const QByteArray button = R"("pos": [1, 2], "size": 3, "type": "selection", "api": "mel",
+        "color": "#FF000000", "tcolor": "#FF000000", "label": "a")";
+    const auto picker = [&button](const char* field, const char* sel) {
+        return QByteArray(R"({"title": "t", "buttons": [)") + R"({"sel": ["n"], )" + button +
+               "}, {" + field + button + ", \"sel\": " + sel + "}]}";
+    };
+    // Columns count characters, not UTF-8 bytes.
+    QTest::newRow("syntax") << QByteArray("{\n  \"title\": \"\xc3\xa4\", \"buttons\": [}")
+                            << QStringLiteral("line 2, column 30: object is missing after a comma");
+    QTest::newRow("not an object")
+        << QByteArray("[]") << QStringLiteral("line 1, column 1: expected a JSON object");
+    QTest::newRow("no title") << QByteArray(R"({"buttons": []})")
+                              << QStringLiteral("picker: missing \"title\"");
+    QTest::newRow("unknown key") << QByteArray(R"({"title": "t", "buttons": [], "colour": 1})")
+                                 << QStringLiteral("picker: unknown key \"colour\"");
+    QTest::newRow("title number") << QByteArray(R"({"title": 5, "buttons": []})")
+                                  << QStringLiteral("title: expected a string or null");
+    QTest::newRow("buttons object") << QByteArray(R"({"title": "t", "buttons": {}})")
+                                    << QStringLiteral("buttons: expected an array of buttons");
+    QTest::newRow("image without key")
+        << QByteArray(
+               R"({"title": "t", "buttons": [], "background": "iVBORw0KGgoAAAANSUhEUgAAAAIAAAABCAIAAAB7QOjdAAAADUlEQVR42mP4zwAE/wEHAAH/PX2MSQAAAABJRU5ErkJggg=="})")
+        << QStringLiteral("background: an image needs a \"backgroundKey\"");
+    QTest::newRow("bad base64")
+        << QByteArray(R"({"title": "t", "backgroundKey": "k", "buttons": [], "background": "*"})")
+        << QStringLiteral("background: expected base64 text or null");
+    QTest::newRow("not png")
+        << QByteArray(
+               R"({"title": "t", "backgroundKey": "k", "buttons": [], "background": "AAAA"})")
+        << QStringLiteral("background: not PNG data");
+    QTest::newRow("button not object") << QByteArray(R"({"title": "t", "buttons": [3]})")
+                                       << QStringLiteral("buttons[0]: expected an object");
+    QTest::newRow("missing sel") << picker("", "").replace(", \"sel\": }", "}")
+                                 << QStringLiteral("buttons[1]: missing \"sel\"");
+    QTest::newRow("unknown button key") << picker(R"("shape": 1, )", R"(["n"])")
+                                        << QStringLiteral("buttons[1]: unknown key \"shape\"");
+    QTest::newRow("no names")
+        << picker("", "[]")
+        << QStringLiteral("buttons[1].sel: a button needs at least one name or a script");
+    QTest::newRow("name number") << picker("", R"(["a", 1])")
+                                 << QStringLiteral("buttons[1].sel[1]: expected a string or null");
+    QTest::newRow("sel string") << picker("", R"("a")")
+                                << QStringLiteral("buttons[1].sel: expected an array of names");
+    const auto replaced = [&picker](const char* from, const QByteArray& to) {
+        QByteArray json = picker("", R"(["n"])");
+        const int at = json.lastIndexOf(from);
+        return json.replace(at, int(qstrlen(from)), to);
+    };
+    QTest::newRow("fraction") << replaced(R"("size": 3)", R"("size": 3.5)")
+                              << QStringLiteral(
+                                     "buttons[1].size: expected a whole number in 32 bits");
+    QTest::newRow("too big") << replaced(R"("size": 3)", R"("size": 2147483648)")
+                             << QStringLiteral(
+                                    "buttons[1].size: expected a whole number in 32 bits");
+    QTest::newRow("pos one number") << replaced(R"("pos": [1, 2])", R"("pos": [1])")
+                                    << QStringLiteral("buttons[1].pos: expected [x, y]");
+    QTest::newRow("pos string") << replaced(R"("pos": [1, 2])", R"("pos": [1, "2"])")
+                                << QStringLiteral(
+                                       "buttons[1].pos[1]: expected a whole number in 32 bits");
+    QTest::newRow("type number") << replaced(R"("type": "selection")", R"("type": 0)")
+                                 << QStringLiteral(
+                                        "buttons[1].type: expected \"selection\" or \"command\"");
+    QTest::newRow("api unknown") << replaced(R"("api": "mel")", R"("api": "lua")")
+                                 << QStringLiteral(
+                                        "buttons[1].api: expected \"mel\" or \"python\"");
+    for (const char* colour : {"FF000000", "#FF00000", "#FF00000G", "#+F000000", "#FF0000001"}) {
+        QTest::addRow("colour %s", colour)
+            << replaced(R"("color": "#FF000000")", QByteArray(R"("color": ")") + colour + '"')
+            << QStringLiteral("buttons[1].color: expected a colour \"#AARRGGBB\" or \"#RRGGBB\"");
+    }
+}
+
+void tst_picker_json::badDescriptionSaysWhere() {
+    QFETCH(QByteArray, json);
+    QFETCH(QString, error);
+    picker_tab_record tab;
+    QCOMPARE(pickerFromJsonText(json, tab), error);
+}
+
+void tst_picker_json::pngLayout_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QString>("error");
+    const QByteArray png = tinyPng();
+    QTest::newRow("complete") << png << QSize(2, 1) << QString();
+    QTest::newRow("trailing") << png + "abc" << QSize(2, 1)
+                              << QStringLiteral("3 bytes follow the end of the PNG data");
+    QTest::newRow("cut in IEND") << png.left(png.size() - 1) << QSize(2, 1)
+                                 << QStringLiteral("the PNG data is cut short");
+    QTest::newRow("signature only")
+        << png.left(8) << QSize() << QStringLiteral("the PNG data is cut short");
+    QTest::newRow("not png") << QByteArray("GIF89a..") << QSize() << QStringLiteral("not PNG data");
+    QTest::newRow("IDAT first") << png.left(8) + png.mid(33) << QSize()
+                                << QStringLiteral("the PNG data does not start with its header");
+    QTest::newRow("huge chunk length")
+        << png.left(33) + be32(0xfffffff0) + QByteArray("IDAT") << QSize(2, 1)
+        << QStringLiteral("the PNG data is cut short");
+}
+
+void tst_picker_json::pngLayout() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(QSize, size);
+    QFETCH(QString, error);
+    const png_layout layout = inspectPng(bytes);
+    QCOMPARE(layout.error, error);
+    QCOMPARE(layout.size, size);
+}
+
+QTEST_GUILESS_MAIN(tst_picker_json)
+#include "tst_picker_json.moc"

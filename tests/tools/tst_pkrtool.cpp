@@ -1,0 +1,240 @@
+#include "picker_test_vectors.h"
+#include "tools_test_vectors.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace tools_vectors;
+
+namespace {
+
+struct run_result {
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+} // namespace
+
+class tst_pkrtool : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void dumpThenBuildKeepsEveryByte_data();
+    void dumpThenBuildKeepsEveryByte();
+    void info_data();
+    void info();
+    void failures_data();
+    void failures();
+    void failedBuildLeavesOutputAlone();
+    void help();
+
+private:
+    run_result run(const QStringList& arguments);
+    QString write(const QString& name, const QByteArray& bytes);
+    QByteArray read(const QString& name);
+
+    std::unique_ptr<QTemporaryDir> dir_;
+};
+
+void tst_pkrtool::init() {
+    dir_ = std::make_unique<QTemporaryDir>();
+    QVERIFY(dir_->isValid());
+}
+
+run_result tst_pkrtool::run(const QStringList& arguments) {
+    QProcess process;
+    process.setWorkingDirectory(dir_->path());
+    process.start(QStringLiteral(PKRTOOL_PATH), arguments);
+    run_result result;
+    if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit)
+        return result;
+    result.exitCode = process.exitCode();
+    result.out = process.readAllStandardOutput();
+    result.err = process.readAllStandardError();
+    return result;
+}
+
+QString tst_pkrtool::write(const QString& name, const QByteArray& bytes) {
+    QFile file(dir_->filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("cannot write a test file");
+    return name;
+}
+
+QByteArray tst_pkrtool::read(const QString& name) {
+    QFile file(dir_->filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void tst_pkrtool::dumpThenBuildKeepsEveryByte_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("no image, null label") << fileWithoutImage();
+    QTest::newRow("image, null title") << fileWithImage();
+    QTest::newRow("key without image, no buttons") << fileWithKeyOnly();
+    QTest::newRow("core vector") << picker_test_vectors::pkrVersion4();
+    QTest::newRow("core vector with image")
+        << picker_test_vectors::pkrVersion4WithImage(picker_test_vectors::tinyPng());
+}
+
+void tst_pkrtool::dumpThenBuildKeepsEveryByte() {
+    QFETCH(QByteArray, file);
+    write(QStringLiteral("in.pkr"), file);
+
+    const run_result toStdout = run({QStringLiteral("dump"), QStringLiteral("in.pkr")});
+    QCOMPARE(toStdout.err, QByteArray());
+    QCOMPARE(toStdout.exitCode, 0);
+    const run_result dump = run({QStringLiteral("dump"), QStringLiteral("in.pkr"),
+                                 QStringLiteral("-o"), QStringLiteral("in.json")});
+    QCOMPARE(dump.exitCode, 0);
+    QCOMPARE(read(QStringLiteral("in.json")), toStdout.out);
+
+    const run_result build = run({QStringLiteral("build"), QStringLiteral("in.json"),
+                                  QStringLiteral("-o"), QStringLiteral("out.pkr")});
+    QCOMPARE(build.err, QByteArray());
+    QCOMPARE(build.exitCode, 0);
+    QCOMPARE(read(QStringLiteral("out.pkr")).toHex(), file.toHex());
+}
+
+void tst_pkrtool::info_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("no image") << fileWithoutImage()
+                              << QStringLiteral(
+                                     "title: \"Arm\"\n"
+                                     "format version: 4\n"
+                                     "background: none\n"
+                                     "buttons: 2\n"
+                                     "0  selection at (10, -20) size 12 label \"L\u00e4\": "
+                                     "hero:L_arm hero:L_hand\n"
+                                     "1  python command at (300, 40) size 20 label null: "
+                                     "\"print('hi')\\n\"\n");
+    QTest::newRow("image") << fileWithImage()
+                           << QStringLiteral("title: null\n"
+                                             "format version: 4\n"
+                                             "background: \"bg\", 2 x 1 PNG, 70 bytes\n"
+                                             "buttons: 1\n"
+                                             "0  mel command at (1, 1) size 8 label \"\": "
+                                             "\"select -cl;\"\n");
+    QTest::newRow("key only") << fileWithKeyOnly()
+                              << QStringLiteral("title: \"Empty\"\n"
+                                                "format version: 4\n"
+                                                "background: \"k\", no image\n"
+                                                "buttons: 0\n");
+    QTest::newRow("version 3") << fileVersion3()
+                               << QStringLiteral("title: \"Old\"\n"
+                                                 "format version: 3\n"
+                                                 "background: none\n"
+                                                 "buttons: 1\n"
+                                                 "0  selection at (5, 6) size 7 label \"x\": n1\n");
+}
+
+void tst_pkrtool::info() {
+    QFETCH(QByteArray, file);
+    QFETCH(QString, text);
+    write(QStringLiteral("in.pkr"), file);
+    const run_result result = run({QStringLiteral("info"), QStringLiteral("in.pkr")});
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(QString::fromUtf8(result.out), text);
+    QCOMPARE(result.exitCode, 0);
+}
+
+void tst_pkrtool::failures_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("firstLine");
+
+    const auto args = [](const char* line) {
+        return QString::fromLatin1(line).split(QLatin1Char(' '));
+    };
+    QTest::newRow("missing file")
+        << args("info nowhere.pkr") << 1
+        << QStringLiteral("pkrtool: cannot open 'nowhere.pkr': No such file or directory");
+    QTest::newRow("missing json")
+        << args("build nowhere.json -o out.pkr") << 1
+        << QStringLiteral("pkrtool: cannot open 'nowhere.json': No such file or directory");
+    QTest::newRow("cut short")
+        << args("info cut.pkr") << 1
+        << QStringLiteral("pkrtool: 'cut.pkr' is not a picker file: the file ends in the middle "
+                          "of button 1");
+    QTest::newRow("trailing bytes")
+        << args("dump trailing.pkr") << 1
+        << QStringLiteral("pkrtool: 'trailing.pkr' is not a picker file: 3 bytes follow the "
+                          "last button");
+    QTest::newRow("bad json")
+        << args("build bad.json -o out.pkr") << 1
+        << QStringLiteral("pkrtool: 'bad.json' is not a picker description: line 3, column 16: "
+                          "object is missing after a comma");
+    QTest::newRow("bad colour")
+        << args("build colour.json -o out.pkr") << 1
+        << QStringLiteral("pkrtool: 'colour.json' is not a picker description: "
+                          "buttons[0].color: expected a colour \"#AARRGGBB\" or \"#RRGGBB\"");
+    QTest::newRow("unwritable output")
+        << args("dump good.pkr -o no/such/dir/out.json") << 1
+        << QStringLiteral("pkrtool: cannot write 'no/such/dir/out.json': ");
+    QTest::newRow("no command") << QStringList() << 2
+                                << QStringLiteral("pkrtool: no command given");
+    QTest::newRow("unknown command")
+        << args("frob x.pkr") << 2 << QStringLiteral("pkrtool: unknown command 'frob'");
+    QTest::newRow("no file") << args("info") << 2
+                             << QStringLiteral("pkrtool: info needs a file name");
+    QTest::newRow("two files") << args("info a.pkr b.pkr") << 2
+                               << QStringLiteral("pkrtool: unexpected argument 'b.pkr'");
+    QTest::newRow("info output") << args("info a.pkr -o b") << 2
+                                 << QStringLiteral("pkrtool: unexpected argument '-o'");
+    QTest::newRow("build to nowhere")
+        << args("build a.json") << 2 << QStringLiteral("pkrtool: build needs -o FILE.pkr");
+    QTest::newRow("dangling -o") << args("dump a.pkr -o") << 2
+                                 << QStringLiteral("pkrtool: -o needs a file name");
+    QTest::newRow("unknown option")
+        << args("dump -x a.pkr") << 2 << QStringLiteral("pkrtool: unexpected argument '-x'");
+}
+
+void tst_pkrtool::failures() {
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, firstLine);
+    write(QStringLiteral("good.pkr"), fileWithoutImage());
+    write(QStringLiteral("cut.pkr"), fileWithoutImage().chopped(2));
+    write(QStringLiteral("trailing.pkr"), fileWithoutImage() + "abc");
+    write(QStringLiteral("bad.json"), "{\n  \"title\": \"t\",\n  \"buttons\": [}");
+    write(QStringLiteral("colour.json"),
+          R"({"title": "t", "buttons": [{"pos": [1, 2], "size": 3, "type": "selection",
+              "api": "mel", "color": "red", "tcolor": "#FF000000", "label": "a", "sel": ["n"]}]})");
+
+    const run_result result = run(arguments);
+    QCOMPARE(result.exitCode, exitCode);
+    QCOMPARE(result.out, QByteArray());
+    const QStringList lines = QString::fromUtf8(result.err).split(QLatin1Char('\n'));
+    QVERIFY2(lines.first().startsWith(firstLine), qPrintable(lines.first()));
+    // Usage mistakes are followed by the usage text, file faults by nothing.
+    QCOMPARE(lines.size() > 1 && lines.at(1).startsWith(QLatin1String("Usage: pkrtool")),
+             exitCode == 2);
+    if (exitCode == 1)
+        QCOMPARE(lines.size(), 2);
+}
+
+void tst_pkrtool::failedBuildLeavesOutputAlone() {
+    write(QStringLiteral("bad.json"), "{\"title\": 1, \"buttons\": []}");
+    write(QStringLiteral("out.pkr"), fileWithImage());
+    const run_result result = run({QStringLiteral("build"), QStringLiteral("bad.json"),
+                                   QStringLiteral("-o"), QStringLiteral("out.pkr")});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(read(QStringLiteral("out.pkr")), fileWithImage());
+}
+
+void tst_pkrtool::help() {
+    const run_result result = run({QStringLiteral("--help")});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.err, QByteArray());
+    QVERIFY(result.out.startsWith("Usage: pkrtool COMMAND"));
+    QVERIFY(result.out.contains("build FILE.json -o FILE.pkr"));
+}
+
+QTEST_GUILESS_MAIN(tst_pkrtool)
+#include "tst_pkrtool.moc"
