@@ -1,0 +1,468 @@
+#include "picker_window.h"
+
+#include "picker_file.h"
+#include "picker_mel.h"
+#include "picker_selection.h"
+#include "picker_view.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QDataStream>
+#include <QDir>
+#include <QDockWidget>
+#include <QFile>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QTabWidget>
+#include <QTextStream>
+#include <QVBoxLayout>
+
+namespace {
+
+const char* const picker_version = "1.4.2";
+const char* const picker_mime_type = "application/x-qt-picker-mime;value=\"buttons\"";
+
+QKeySequence sequence_of(const QKeyEvent* event) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return QKeySequence(event->keyCombination());
+#else
+    return QKeySequence(static_cast<int>(event->modifiers()) | event->key());
+#endif
+}
+
+} // namespace
+
+picker_window::picker_window(QDockWidget* dock) : QWidget(dock) {
+    setWindowTitle(QStringLiteral("TalvoraPicker"));
+    setObjectName(QStringLiteral("TalvoraPicker"));
+    setWindowIcon(QIcon(QStringLiteral(":/resources/TalvoraLogo.png")));
+    setAttribute(Qt::WA_DeleteOnClose);
+
+    mbar_ = new QMenuBar(this);
+    tabs_ = new QTabWidget(this);
+    tabs_->setMovable(true);
+    tabs_->setTabsClosable(true);
+
+    filem_ = mbar_->addMenu(tr("&File"));
+    editm_ = mbar_->addMenu(tr("&Edit"));
+    pickm_ = mbar_->addMenu(tr("&Picker"));
+    helpm_ = mbar_->addMenu(tr("&Help"));
+    make_file_menu(dock);
+    make_edit_menu();
+    make_picker_menu();
+    make_help_menu();
+
+    new_tab();
+
+    wlist_ = new QVBoxLayout;
+    wlist_->setSpacing(0);
+    wlist_->setContentsMargins(0, 0, 0, 0);
+    wlist_->setMenuBar(mbar_);
+    wlist_->addWidget(tabs_, 0);
+    wlist_->addSpacing(4);
+    setLayout(wlist_);
+
+    connect(filem_, &QMenu::aboutToShow, this, &picker_window::updateFileMenu);
+    connect(editm_, &QMenu::aboutToShow, this, &picker_window::updateEditMenu);
+    connect(pickm_, &QMenu::aboutToShow, this, &picker_window::updatePickerMenu);
+    connect(tabs_, &QTabWidget::tabCloseRequested, this, &picker_window::close_one);
+
+    parse_picker_config(picker_config_path());
+}
+
+picker_window::~picker_window() {
+    closing_ = true;
+    clear_tabs();
+}
+
+QWidget* picker_window::create(QDockWidget* dock) {
+    return new picker_window(dock);
+}
+
+QAction* picker_window::add_entry(QMenu* menu, const QString& text, bool onWindow) {
+    QAction* action = menu->addAction(text);
+    if (onWindow)
+        addAction(action);
+    return action;
+}
+
+void picker_window::make_file_menu(QDockWidget* dock) {
+    newx_ = add_entry(filem_, tr("New..."), true);
+    setWidgetShortcut(newx_, QKeySequence(QStringLiteral("Ctrl+N")));
+    connect(newx_, &QAction::triggered, this, &picker_window::new_tab);
+    openx_ = add_entry(filem_, tr("Open..."), true);
+    setWidgetShortcut(openx_, QKeySequence(QStringLiteral("Ctrl+O")));
+    filem_->addSeparator();
+    savex_ = add_entry(filem_, tr("Save"), true);
+    setWidgetShortcut(savex_, QKeySequence(QStringLiteral("Ctrl+S")));
+    saveasx_ = add_entry(filem_, tr("Save As..."), true);
+    filem_->addSeparator();
+    renamex_ = add_entry(filem_, tr("Rename Tab..."), true);
+    connect(renamex_, &QAction::triggered, this, &picker_window::rename_tab);
+    closex_ = add_entry(filem_, tr("Close Tab..."), true);
+    setWidgetShortcut(closex_, QKeySequence(QStringLiteral("Ctrl+W")));
+    connect(closex_, &QAction::triggered, this, &picker_window::close_current);
+    filem_->addSeparator();
+    exitx_ = add_entry(filem_, tr("Exit Picker"), true);
+    setWidgetShortcut(exitx_, QKeySequence(QStringLiteral("Ctrl+Shift+W")));
+    if (dock != nullptr)
+        connect(exitx_, &QAction::triggered, dock, &QDockWidget::close);
+}
+
+void picker_window::make_edit_menu() {
+    undox_ = add_entry(editm_, tr("Undo"), true);
+    setWidgetShortcut(undox_, QKeySequence(QStringLiteral("Ctrl+Z")));
+    connect(undox_, &QAction::triggered, this, &picker_window::do_undo);
+    redox_ = add_entry(editm_, tr("Redo"), true);
+    setWidgetShortcut(redox_, QKeySequence(QStringLiteral("Shift+Ctrl+Z")));
+    connect(redox_, &QAction::triggered, this, &picker_window::do_redo);
+    editm_->addSeparator();
+    cutx_ = add_entry(editm_, tr("Cut"), true);
+    setWidgetShortcut(cutx_, QKeySequence(QStringLiteral("Ctrl+X")));
+    copyx_ = add_entry(editm_, tr("Copy"), true);
+    setWidgetShortcut(copyx_, QKeySequence(QStringLiteral("Ctrl+C")));
+    pastex_ = add_entry(editm_, tr("Paste"), true);
+    setWidgetShortcut(pastex_, QKeySequence(QStringLiteral("Ctrl+V")));
+    // Shown with its keys in the menu but kept off the window, so the keys alone never paste
+    // in place.
+    inplacex_ = add_entry(editm_, tr("Paste in Place"), false);
+    setWidgetShortcut(inplacex_, QKeySequence(QStringLiteral("Shift+Ctrl+V")));
+    editm_->addSeparator();
+    togglex_ = add_entry(editm_, QStringLiteral("Hide Toolbox"), true);
+}
+
+void picker_window::make_picker_menu() {
+    addx_ = add_entry(pickm_, QStringLiteral("Add One Button"), true);
+    manyx_ = add_entry(pickm_, QStringLiteral("Add Many Buttons"), true);
+    updatex_ = add_entry(pickm_, QStringLiteral("Update Button"), true);
+    pickm_->addSeparator();
+    bkgnx_ = add_entry(pickm_, QStringLiteral("Change Background..."), true);
+    namex_ = add_entry(pickm_, QStringLiteral("Change Namespace..."), false);
+}
+
+void picker_window::make_help_menu() {
+    QAction* about = add_entry(helpm_, QStringLiteral("About TalvoraPicker..."), true);
+    connect(about, &QAction::triggered, this, &picker_window::about_dialog);
+}
+
+void picker_window::setWidgetShortcut(QAction* action, const QKeySequence& sequence) const {
+    action->setShortcut(sequence);
+    action->setShortcutContext(Qt::WidgetShortcut);
+}
+
+picker_view* picker_window::view_at(int index) const {
+    return qobject_cast<picker_view*>(tabs_->widget(index));
+}
+
+picker_view* picker_window::frontPicker() const {
+    return view_at(tabs_->currentIndex());
+}
+
+void picker_window::new_tab() {
+    auto* view = new picker_view(tabs_);
+    tabs_->setCurrentIndex(tabs_->addTab(view, tr("Untitled")));
+}
+
+void picker_window::close_current() {
+    if (tabs_->count() > 0 && tabs_->currentIndex() >= 0)
+        close_one(tabs_->currentIndex());
+}
+
+void picker_window::close_one(int index) {
+    const QMessageBox::StandardButton answer = QMessageBox::warning(
+        this, tr("Close Tab"),
+        QStringLiteral(
+            "Are you sure you want to close the tab \"%1\"?\n\nAll changes will be lost.")
+            .arg(tabs_->tabText(index)),
+        QMessageBox::Cancel | QMessageBox::Ok);
+    if (answer == QMessageBox::Cancel)
+        return;
+    close_tab(index);
+}
+
+void picker_window::close_tab(int index) {
+    picker_view* view = view_at(index);
+    if (view == nullptr)
+        return;
+    tabs_->removeTab(index);
+    // While the window goes away the scene keeps every image; otherwise an image no remaining tab
+    // uses leaves the scene. The tab now at index is left out of the search on purpose.
+    if (!closing_ && !view->backgroundKey().isEmpty()) {
+        bool shared = false;
+        for (int i = 0; i < tabs_->count() && !shared; ++i) {
+            const picker_view* other = view_at(i);
+            shared =
+                i != index && other != nullptr && other->backgroundKey() == view->backgroundKey();
+        }
+        if (!shared)
+            removeImageData(view);
+    }
+    delete view;
+}
+
+void picker_window::clear_tabs() {
+    for (int i = tabs_->count() - 1; i >= 0; --i)
+        close_tab(i);
+}
+
+void picker_window::reset() {
+    clear_tabs();
+    new_tab();
+}
+
+void picker_window::rename_tab() {
+    const int index = tabs_->currentIndex();
+    if (index < 0)
+        return;
+    bool accepted = false;
+    const QString name = QInputDialog::getText(this, tr("Tab Name"), tr("Name"), QLineEdit::Normal,
+                                               tabs_->tabText(index), &accepted);
+    if (accepted && !name.isEmpty())
+        tabs_->setTabText(index, name);
+}
+
+void picker_window::updateFileMenu() {
+    const bool anyTab = tabs_->count() > 0;
+    savex_->setEnabled(anyTab);
+    saveasx_->setEnabled(anyTab);
+    renamex_->setEnabled(anyTab);
+    closex_->setEnabled(anyTab);
+}
+
+void picker_window::updateEditMenu() {
+    picker_view* view = frontPicker();
+    if (view == nullptr) {
+        // Paste in Place keeps whatever state it had.
+        undox_->setText(QStringLiteral("Can't Undo"));
+        undox_->setEnabled(false);
+        redox_->setText(QStringLiteral("Can't Redo"));
+        redox_->setEnabled(false);
+        copyx_->setEnabled(false);
+        cutx_->setEnabled(false);
+        pastex_->setEnabled(false);
+        return;
+    }
+    const QUndoStack* stack = view->undoer();
+    undox_->setEnabled(stack->canUndo());
+    undox_->setText(stack->canUndo() ? QStringLiteral("Undo %1").arg(stack->undoText())
+                                     : tr("Can't Undo"));
+    redox_->setEnabled(stack->canRedo());
+    redox_->setText(stack->canRedo() ? QStringLiteral("Redo %1").arg(stack->redoText())
+                                     : tr("Can't Redo"));
+    const bool anySelected = view->any_selected();
+    cutx_->setEnabled(anySelected);
+    copyx_->setEnabled(anySelected);
+    const QMimeData* mime = QApplication::clipboard()->mimeData();
+    const bool canPaste = mime != nullptr && mime->hasFormat(QLatin1String(picker_mime_type));
+    pastex_->setEnabled(canPaste);
+    inplacex_->setEnabled(canPaste);
+}
+
+void picker_window::updatePickerMenu() {
+    const bool anyTab = tabs_->count() > 0;
+    addx_->setEnabled(anyTab);
+    manyx_->setEnabled(anyTab);
+    updatex_->setEnabled(anyTab);
+    bkgnx_->setEnabled(anyTab);
+}
+
+void picker_window::do_undo() {
+    if (picker_view* view = frontPicker())
+        view->undoer()->undo();
+}
+
+void picker_window::do_redo() {
+    if (picker_view* view = frontPicker())
+        view->undoer()->redo();
+}
+
+void picker_window::about_dialog() {
+    const QString build = QString::fromLatin1(__TIME__).left(2);
+    QMessageBox::about(
+        this, tr("About"),
+        QStringLiteral("TalvoraPicker\nVersion %1 (build %2)\n"
+                       "An animation picker for Maya. \u00a9 2024\u20132026 Talvora.")
+            .arg(QLatin1String(picker_version), build));
+}
+
+const QStringList& picker_window::selection() {
+    return picker_selection::names();
+}
+
+bool picker_window::selectButton(const QString& name) {
+    return picker_selection::selectButton(name);
+}
+
+bool picker_window::unselectButton(const QString& name) {
+    return picker_selection::unselectButton(name);
+}
+
+void picker_window::setSelection(const QStringList& names) {
+    picker_selection::setNames(names);
+    if (tabs_->count() == 0) {
+        addx_->setEnabled(false);
+        manyx_->setEnabled(false);
+        updatex_->setEnabled(false);
+        return;
+    }
+    const button_set set = button_set::fromStringList(names);
+    for (int i = 0; i < tabs_->count(); ++i) {
+        picker_view* view = view_at(i);
+        if (view != nullptr && view->conform_to_set(set))
+            view->refresh();
+    }
+    const bool any = !set.isEmpty();
+    addx_->setEnabled(any);
+    manyx_->setEnabled(any);
+    updatex_->setEnabled(any);
+}
+
+void picker_window::clearAllSelected() {
+    for (int i = 0; i < tabs_->count(); ++i) {
+        picker_view* view = view_at(i);
+        if (view != nullptr && view->clear_selected())
+            view->refresh();
+    }
+    picker_selection::clear();
+}
+
+bool picker_window::postSelection() {
+    picker_host* host = picker_main::host();
+    if (host == nullptr)
+        return true;
+    const QStringList& names = picker_selection::names();
+    if (names.isEmpty()) {
+        host->executeCommandOnIdle(QStringLiteral("TalvoraPicker clear"), false);
+        return true;
+    }
+    QString command = QStringLiteral("TalvoraPicker select");
+    for (const QString& name : names)
+        command += QLatin1Char(' ') + picker_mel_quote(name);
+    host->executeCommandOnIdle(command, false);
+    return true;
+}
+
+bool picker_window::execute_shortcut(QKeyEvent* event) {
+    if (actions().isEmpty() || !hasFocus())
+        return false;
+    const QKeySequence sequence = sequence_of(event);
+    bool fired = false;
+    const QList<QAction*> own = actions();
+    for (QAction* action : own) {
+        if (!action->isEnabled())
+            continue;
+        const QList<QKeySequence> shortcuts = action->shortcuts();
+        for (const QKeySequence& shortcut : shortcuts) {
+            if (shortcut == sequence) {
+                action->trigger();
+                fired = true;
+                break;
+            }
+        }
+    }
+    return fired;
+}
+
+void picker_window::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != 0 && event->key() != Qt::Key_unknown && execute_shortcut(event)) {
+        event->accept();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+void picker_window::enterEvent(QEnterEvent* event) {
+#else
+void picker_window::enterEvent(QEvent* event) {
+#endif
+    QWidget::enterEvent(event);
+    setFocus(Qt::MouseFocusReason);
+}
+
+void picker_window::leaveEvent(QEvent* event) {
+    QWidget::leaveEvent(event);
+    clearFocus();
+}
+
+void picker_window::streamFrom(QDataStream& stream) {
+    picker_tab_set set;
+    const picker_read_result result = readTabStream(stream, set);
+    if (result.version > picker_format_version) {
+        QMessageBox::warning(
+            nullptr, tr("Warning"),
+            QStringLiteral("The scene file contains data\nin a format (%1) more recent than the "
+                           "version of the picker\ninstalled in this machine can understand.  "
+                           "Please update\nthe picker, and try again.\n")
+                .arg(result.version),
+            QMessageBox::Ok);
+        return;
+    }
+    if (!result.ok()) {
+        picker_main::report_error(host_status::failure(result.error),
+                                  "could not read the pickers stored in the scene");
+        return;
+    }
+    clear_tabs();
+    for (const picker_tab_record& tab : set.tabs) {
+        auto* view = new picker_view(tabs_);
+        if (!tab.backgroundKey.isEmpty()) {
+            QPixmap image;
+            image.loadFromData(tab.backgroundPng, "PNG");
+            view->setBackground(tab.backgroundKey, image);
+        }
+        for (const buttonAttributes& att : tab.buttons)
+            view->push_button(att, -1);
+        tabs_->addTab(view, tab.title);
+    }
+    if (set.current >= 0 && set.current < tabs_->count())
+        tabs_->setCurrentIndex(set.current);
+}
+
+void picker_window::setBackgroundImage(const QString& key, const QPixmap& image) {
+    for (int i = 0; i < tabs_->count(); ++i) {
+        picker_view* view = view_at(i);
+        if (view != nullptr && view->backgroundKey() == key)
+            view->setBackground(key, image);
+    }
+}
+
+void picker_window::parse_picker_config(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return;
+    QTextStream in(&file);
+    for (QString line = in.readLine(); !line.isNull(); line = in.readLine()) {
+        QStringList tokens;
+        tokenize(static_cast<int>(line.size()), line, tokens);
+        if (tokens.size() == 3 && tokens.at(1) == QLatin1String("="))
+            add_recent(tokens.at(0), tokens.at(2));
+    }
+}
+
+void picker_window::add_recent(const QString& name, const QString& path) {
+    if (recent_.isEmpty())
+        filem_->addSeparator();
+    recent_.insert(name, QDir::fromNativeSeparators(path));
+    QAction* action = add_entry(filem_, name, true);
+    connect(action, &QAction::triggered, this, &picker_window::open_recent_file);
+}
+
+void picker_window::open_recent_file() {
+    const auto* action = qobject_cast<const QAction*>(sender());
+    if (action == nullptr)
+        return;
+    const auto found = recent_.constFind(action->text());
+    if (found != recent_.constEnd())
+        load_one_picker(found.value());
+}
+
+void picker_window::load_one_picker(const QString& path) {
+    load_pickers(QStringList{path});
+}

@@ -1,0 +1,124 @@
+#pragma once
+
+#include "picker_config.h"
+#include "picker_main.h"
+
+#include <QStringList>
+#include <QWidget>
+
+class QAction;
+class QDockWidget;
+class QKeyEvent;
+class QKeySequence;
+class QMenu;
+class QMenuBar;
+class QTabWidget;
+class QVBoxLayout;
+class picker_view;
+
+// The picker's top-level widget inside the host's dock: tabs of views, the menus, keyboard
+// dispatch and the selection mirror shared by every tab.
+class picker_window : public QWidget, public picker_window_link {
+    Q_OBJECT
+
+public:
+    // The dock receives "Exit Picker"; it may be null (no host window).
+    explicit picker_window(QDockWidget* dock);
+    ~picker_window() override;
+
+    // For picker_main::initialize.
+    static QWidget* create(QDockWidget* dock);
+
+    picker_view* frontPicker() const;
+    void clear_tabs();
+    // The front tab's view goes away with the tab; the window is closing or not.
+    void close_tab(int index);
+
+    static const QStringList& selection();
+    static bool selectButton(const QString& name);
+    static bool unselectButton(const QString& name);
+    void clearAllSelected();
+    // Asks the host, on idle, to select exactly the mirror's names.
+    bool postSelection();
+
+    void setWidgetShortcut(QAction* action, const QKeySequence& sequence) const;
+    bool execute_shortcut(QKeyEvent* event);
+
+    void parse_picker_config(const QString& path);
+    void add_recent(const QString& name, const QString& path);
+    const string_map& recent() const { return recent_; }
+    void load_one_picker(const QString& path);
+
+    // picker_window_link
+    void setSelection(const QStringList& names) override;
+    void reset() override;
+    void streamFrom(QDataStream& stream) override;
+    void fetchFrontImageData() override {}
+    void setBackgroundImage(const QString& key, const QPixmap& image) override;
+    void save_current() override {}
+    void saveas_current() override {}
+    void load_pickers(const QStringList&) override {}
+    void rebindFront(const QStringList&, bool) override {}
+
+public slots:
+    void new_tab();
+    void close_current();
+    void close_one(int index);
+    void rename_tab();
+    void updateFileMenu();
+    void updateEditMenu();
+    void updatePickerMenu();
+    void do_undo();
+    void do_redo();
+    void about_dialog();
+    void open_recent_file();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    void enterEvent(QEnterEvent* event) override;
+#else
+    void enterEvent(QEvent* event) override;
+#endif
+    void leaveEvent(QEvent* event) override;
+
+private:
+    void make_file_menu(QDockWidget* dock);
+    void make_edit_menu();
+    void make_picker_menu();
+    void make_help_menu();
+    QAction* add_entry(QMenu* menu, const QString& text, bool onWindow);
+    picker_view* view_at(int index) const;
+    // Scene storage of background images is not built yet; closing a tab already says when an
+    // image leaves the scene.
+    void removeImageData(const picker_view*) {}
+
+    QMenuBar* mbar_ = nullptr;
+    QTabWidget* tabs_ = nullptr;
+    QMenu* filem_ = nullptr;
+    QMenu* editm_ = nullptr;
+    QMenu* pickm_ = nullptr;
+    QMenu* helpm_ = nullptr;
+    QAction* newx_ = nullptr;
+    QAction* openx_ = nullptr;
+    QAction* savex_ = nullptr;
+    QAction* saveasx_ = nullptr;
+    QAction* renamex_ = nullptr;
+    QAction* closex_ = nullptr;
+    QAction* exitx_ = nullptr;
+    QAction* undox_ = nullptr;
+    QAction* redox_ = nullptr;
+    QAction* copyx_ = nullptr;
+    QAction* cutx_ = nullptr;
+    QAction* pastex_ = nullptr;
+    QAction* inplacex_ = nullptr;
+    QAction* addx_ = nullptr;
+    QAction* manyx_ = nullptr;
+    QAction* updatex_ = nullptr;
+    QAction* bkgnx_ = nullptr;
+    QAction* namex_ = nullptr;
+    QAction* togglex_ = nullptr;
+    string_map recent_;
+    QVBoxLayout* wlist_ = nullptr;
+    bool closing_ = false;
+};
