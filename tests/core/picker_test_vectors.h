@@ -3,6 +3,8 @@
 // Byte images of the picker's data layouts, written by hand field by field, for tests, fuzz
 // seeds and benchmarks. Every integer is big-endian; strings are a byte length then UTF-16BE.
 
+#include "picker_types.h"
+
 #include <QByteArray>
 
 namespace picker_test_vectors {
@@ -36,6 +38,31 @@ inline QByteArray commandRecord() {
                "00000004 0047006f"
                "00000001"
                "00000010 007000720069006e007400280031 0029");
+}
+
+// The buttons that selectionRecord() and commandRecord() describe.
+inline buttonAttributes makeButton(QPoint pos, qint32 size, qint32 type, qint32 api, QRgb color,
+                                   QRgb tcolor, const QString& label, const QStringList& sel) {
+    buttonAttributes att;
+    att.pos = pos;
+    att.size = size;
+    att.type = type;
+    att.api = api;
+    att.color = color;
+    att.tcolor = tcolor;
+    att.label = label;
+    att.sel = sel;
+    return att;
+}
+
+inline buttonAttributes selectionButton() {
+    return makeButton(QPoint(10, -20), 12, 0, 0, 0xFFB22222, 0xFF000000, QString(),
+                      {QStringLiteral("L_hand"), QStringLiteral("L_arm")});
+}
+
+inline buttonAttributes commandButton() {
+    return makeButton(QPoint(100, 50), 20, 1, 1, 0xFF2222B2, 0xFFFFFFFF, QStringLiteral("Go"),
+                      {QStringLiteral("print(1)")});
 }
 
 // View button list in the newest layout: the two records above.

@@ -6,37 +6,17 @@
 #include <QImage>
 #include <QtTest>
 
+using picker_test_vectors::commandButton;
 using picker_test_vectors::hex;
+using picker_test_vectors::makeButton;
+using picker_test_vectors::selectionButton;
+
+Q_DECLARE_METATYPE(buttonAttributes)
 
 namespace {
 
 QString text(const char* utf8) {
     return QString::fromUtf8(utf8);
-}
-
-buttonAttributes makeButton(QPoint pos, qint32 size, qint32 type, qint32 api, QRgb color,
-                            QRgb tcolor, const QString& label, const QStringList& sel) {
-    buttonAttributes att;
-    att.pos = pos;
-    att.size = size;
-    att.type = type;
-    att.api = api;
-    att.color = color;
-    att.tcolor = tcolor;
-    att.label = label;
-    att.sel = sel;
-    return att;
-}
-
-// The buttons that picker_test_vectors::selectionRecord() and commandRecord() describe.
-buttonAttributes vectorSelectionButton() {
-    return makeButton(QPoint(10, -20), 12, 0, 0, 0xFFB22222, 0xFF000000, QString(),
-                      {text("L_hand"), text("L_arm")});
-}
-
-buttonAttributes vectorCommandButton() {
-    return makeButton(QPoint(100, 50), 20, 1, 1, 0xFF2222B2, 0xFFFFFFFF, text("Go"),
-                      {text("print(1)")});
 }
 
 QImage sampleImage() {
@@ -116,14 +96,14 @@ private slots:
         QCOMPARE(tab.title, text("Arm"));
         QVERIFY(tab.backgroundKey.isNull());
         QVERIFY(tab.backgroundPng.isEmpty());
-        QCOMPARE(tab.buttons, (button_att_list{vectorSelectionButton(), vectorCommandButton()}));
+        QCOMPARE(tab.buttons, (button_att_list{selectionButton(), commandButton()}));
         QCOMPARE(consumed, qint64(bytes.size()));
     }
 
     void writePkrWithoutImage() {
         picker_tab_record tab;
         tab.title = text("Arm");
-        tab.buttons = {vectorSelectionButton(), vectorCommandButton()};
+        tab.buttons = {selectionButton(), commandButton()};
         QCOMPARE(writtenFile(tab).toHex(), picker_test_vectors::pkrVersion4().toHex());
     }
 
@@ -149,7 +129,7 @@ private slots:
         QCOMPARE(tab.title, text("Face"));
         QCOMPARE(tab.backgroundKey, text("bg"));
         QCOMPARE(tab.backgroundPng, png);
-        QCOMPARE(tab.buttons, button_att_list{vectorSelectionButton()});
+        QCOMPARE(tab.buttons, button_att_list{selectionButton()});
         QCOMPARE(consumed, qint64(bytes.size()));
         for (int y = 0; y < pixels.height(); ++y) {
             for (int x = 0; x < pixels.width(); ++x) {
@@ -173,7 +153,7 @@ private slots:
                               {text("b")})};
         QTest::newRow("format 9 read as far as understood")
             << hex("00000009") + picker_test_vectors::pkrVersion4().mid(4) << 9 << text("Arm")
-            << button_att_list{vectorSelectionButton(), vectorCommandButton()};
+            << button_att_list{selectionButton(), commandButton()};
     }
 
     void readOlderAndNewerPkr() {
@@ -199,8 +179,7 @@ private slots:
         QCOMPARE(set.tabs.size(), 2);
         QCOMPARE(set.tabs[0].title, text("Arm"));
         QVERIFY(set.tabs[0].backgroundKey.isEmpty() && !set.tabs[0].backgroundKey.isNull());
-        QCOMPARE(set.tabs[0].buttons,
-                 (button_att_list{vectorSelectionButton(), vectorCommandButton()}));
+        QCOMPARE(set.tabs[0].buttons, (button_att_list{selectionButton(), commandButton()}));
         QCOMPARE(set.tabs[1].title, text("Leg"));
         QCOMPARE(set.tabs[1].backgroundKey, text("bg"));
         QVERIFY(set.tabs[1].backgroundPng.isEmpty());
@@ -213,7 +192,7 @@ private slots:
         picker_tab_record arm;
         arm.title = text("Arm");
         arm.backgroundKey = text("");
-        arm.buttons = {vectorSelectionButton(), vectorCommandButton()};
+        arm.buttons = {selectionButton(), commandButton()};
         picker_tab_record leg;
         leg.title = text("Leg");
         leg.backgroundKey = text("bg");
@@ -266,7 +245,7 @@ private slots:
                           "e \xF0\x9F\x98\x80");
         face.backgroundKey = text("face_bg");
         face.backgroundPng = encodedPng(sampleImage());
-        face.buttons = {vectorCommandButton()};
+        face.buttons = {commandButton()};
         picker_tab_record empty;
         set.tabs = {face, empty, face};
 

@@ -5,39 +5,17 @@
 #include <QDataStream>
 #include <QtTest>
 
+using picker_test_vectors::commandButton;
 using picker_test_vectors::hex;
+using picker_test_vectors::makeButton;
+using picker_test_vectors::selectionButton;
 
 Q_DECLARE_METATYPE(buttonAttributes)
 
 namespace {
 
-buttonAttributes makeButton(QPoint pos, qint32 size, qint32 type, qint32 api, QRgb color,
-                            QRgb tcolor, const QString& label, const QStringList& sel) {
-    buttonAttributes att;
-    att.pos = pos;
-    att.size = size;
-    att.type = type;
-    att.api = api;
-    att.color = color;
-    att.tcolor = tcolor;
-    att.label = label;
-    att.sel = sel;
-    return att;
-}
-
 QString text(const char* utf8) {
     return QString::fromUtf8(utf8);
-}
-
-// The buttons that picker_test_vectors::selectionRecord() and commandRecord() describe.
-buttonAttributes vectorSelectionButton() {
-    return makeButton(QPoint(10, -20), 12, 0, 0, 0xFFB22222, 0xFF000000, QString(),
-                      {text("L_hand"), text("L_arm")});
-}
-
-buttonAttributes vectorCommandButton() {
-    return makeButton(QPoint(100, 50), 20, 1, 1, 0xFF2222B2, 0xFFFFFFFF, text("Go"),
-                      {text("print(1)")});
 }
 
 template <typename Write>
@@ -70,7 +48,7 @@ private slots:
 
     void writeButtonList_matchesLayout() {
         const QByteArray bytes = written([](QDataStream& s) {
-            writeButtonList(s, {vectorSelectionButton(), vectorCommandButton()});
+            writeButtonList(s, {selectionButton(), commandButton()});
         });
         QCOMPARE(bytes.toHex(), picker_test_vectors::buttonListVersion4().toHex());
     }
@@ -80,9 +58,8 @@ private slots:
         QTest::addColumn<int>("version");
         QTest::addColumn<button_att_list>("expected");
 
-        QTest::newRow("version 4")
-            << picker_test_vectors::buttonListVersion4() << 4
-            << button_att_list{vectorSelectionButton(), vectorCommandButton()};
+        QTest::newRow("version 4") << picker_test_vectors::buttonListVersion4() << 4
+                                   << button_att_list{selectionButton(), commandButton()};
         QTest::newRow("version 1: selection, MEL, label colour 0x00FFFFFF")
             << picker_test_vectors::buttonListVersion1() << 1
             << button_att_list{
@@ -138,13 +115,13 @@ private slots:
         QFETCH(QByteArray, record);
         const QByteArray bytes = hex("00000002") + record + picker_test_vectors::commandRecord();
         QDataStream stream(bytes);
-        QCOMPARE(readButtonList(stream, 4), button_att_list{vectorCommandButton()});
+        QCOMPARE(readButtonList(stream, 4), button_att_list{commandButton()});
         QVERIFY(stream.atEnd());
     }
 
     void writeButtonAttributes_matchesLayout() {
         const QByteArray bytes = written([](QDataStream& s) {
-            writeButtonAttributes(s, {vectorSelectionButton(), vectorCommandButton()});
+            writeButtonAttributes(s, {selectionButton(), commandButton()});
         });
         const QByteArray expected = hex("00000001 00000002") +
                                     picker_test_vectors::selectionRecord() +
@@ -170,8 +147,7 @@ private slots:
             head + picker_test_vectors::selectionRecord() + picker_test_vectors::commandRecord();
         QDataStream stream(bytes);
         const button_att_list expected =
-            accepted ? button_att_list{vectorSelectionButton(), vectorCommandButton()}
-                     : button_att_list{};
+            accepted ? button_att_list{selectionButton(), commandButton()} : button_att_list{};
         QCOMPARE(::readButtonAttributes(stream), expected);
     }
 
@@ -217,8 +193,7 @@ private slots:
         QTest::addColumn<button_att_list>("buttons");
 
         QTest::newRow("none") << button_att_list{};
-        QTest::newRow("vector buttons")
-            << button_att_list{vectorSelectionButton(), vectorCommandButton()};
+        QTest::newRow("vector buttons") << button_att_list{selectionButton(), commandButton()};
         QStringList many;
         for (int i = 0; i < 50; ++i) {
             many.append(QStringLiteral("rig:ctrl_%1").arg(i));
