@@ -2,12 +2,20 @@
 
 #include <QtEndian>
 
+#include <algorithm>
+
 namespace {
 
 const char png_signature[] = "\x89PNG\r\n\x1a\n";
 constexpr int png_signature_size = 8;
 // Length, type and CRC around each chunk's data.
 constexpr qint64 chunk_overhead = 12;
+
+// Chunk types are four ASCII letters; anything else means the bytes are not a PNG stream.
+bool isChunkType(const QByteArray& type) {
+    return std::all_of(type.begin(), type.end(),
+                       [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); });
+}
 
 quint32 bigEndianAt(const QByteArray& bytes, qint64 offset) {
     return qFromBigEndian<quint32>(bytes.constData() + offset);
@@ -27,6 +35,10 @@ png_layout inspectPng(const QByteArray& bytes) {
     while (offset + chunk_overhead <= bytes.size()) {
         const qint64 length = bigEndianAt(bytes, offset);
         const QByteArray type = bytes.mid(offset + 4, 4);
+        if (!isChunkType(type)) {
+            layout.error = QStringLiteral("a broken PNG chunk type");
+            return layout;
+        }
         if (offset + chunk_overhead + length > bytes.size())
             break;
         if (first) {
