@@ -163,6 +163,14 @@ host_status picker_embedded_host::executePythonCommandOnIdle(const QString& pyth
     return host_status();
 }
 
+QStringList picker_embedded_host::pendingMel() const {
+    QStringList texts;
+    for (const idle_entry& entry : idleQueue_)
+        if (!entry.python)
+            texts.append(entry.text);
+    return texts;
+}
+
 void picker_embedded_host::scheduleIdle() {
     if (idleScheduled_)
         return;

@@ -83,6 +83,8 @@ public:
     // Runs queued MEL and Python in order until none is left, including what they queue.
     void processIdle();
     int pendingIdleCount() const { return static_cast<int>(idleQueue_.size()); }
+    // The queued MEL texts, first to run first.
+    QStringList pendingMel() const;
 
     QStringList scriptLog() const { return scriptLog_; }
     void clearScriptLog() { scriptLog_.clear(); }

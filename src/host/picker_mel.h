@@ -18,7 +18,6 @@ struct picker_mel_value {
 
     static picker_mel_value string(const QString& text) { return {false, {text}}; }
     static picker_mel_value array(const QStringList& items) { return {true, items}; }
-    QString text() const { return items.join(QLatin1Char(' ')); }
 };
 
 // Command arguments held as slots, each a string or a whole string array, read the way the

@@ -1,0 +1,359 @@
+#include "picker_embedded_host.h"
+
+#include <QtTest>
+
+namespace {
+
+const QString testCommand = QStringLiteral("TalvoraTest");
+
+// What the registered test command was handed, slot by slot: "s:text" or "a:[x,y]".
+QStringList receivedSlots;
+
+host_status record_arguments(const picker_arg_list& args) {
+    receivedSlots.clear();
+    for (unsigned index = 0; index < args.length(); ++index) {
+        host_status status;
+        const QString text = args.asString(index, &status);
+        if (status) {
+            receivedSlots << QStringLiteral("s:") + text;
+            continue;
+        }
+        unsigned arrayIndex = index;
+        const QStringList items = args.asStringArray(arrayIndex, &status);
+        receivedSlots << (status ? QStringLiteral("a:[%1]").arg(items.join(QLatin1Char(',')))
+                                 : QStringLiteral("unreadable"));
+    }
+    return host_status();
+}
+
+struct event_probe {
+    QString event;
+    QStringList* sink = nullptr;
+};
+
+void record_event(void* clientData) {
+    auto* probe = static_cast<event_probe*>(clientData);
+    probe->sink->append(probe->event);
+}
+
+const QStringList sceneNodes{QStringLiteral("hero:L_hand_ctrl"), QStringLiteral("hero:R_hand_ctrl"),
+                             QStringLiteral("prop:box"), QStringLiteral("root")};
+
+// Runs the event loop until the host's idle queue is empty; bounded, never timed.
+void spin_until_idle(const picker_embedded_host& host) {
+    for (int round = 0; round < 100 && host.pendingIdleCount() > 0; ++round)
+        QCoreApplication::processEvents();
+}
+
+} // namespace
+
+class tst_picker_embedded_host : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { receivedSlots.clear(); }
+    void runMel_data();
+    void runMel();
+    void namespacesDepthFirst();
+    void listNamespacesOnlyOnceSourced();
+    void fileInfoStorage();
+    void deferredTextsRunInOrderAfterTheCall();
+    void queuedWhileRunningRunsInTheSamePass();
+    void selectionChangesRaiseOneEventEach();
+    void sceneEvents();
+    void failuresOnRequest();
+    void errorsReachTheScriptLog();
+};
+
+void tst_picker_embedded_host::runMel_data() {
+    QTest::addColumn<QString>("mel");
+    QTest::addColumn<QStringList>("log");
+    QTest::addColumn<QStringList>("selection");
+    QTest::addColumn<QStringList>("commandSlots");
+
+    const QStringList none;
+    QTest::newRow("select replace")
+        << QStringLiteral("select -r root") << none << QStringList{QStringLiteral("root")} << none;
+    QTest::newRow("select default replaces") << QStringLiteral("select prop:box; select root")
+                                             << none << QStringList{QStringLiteral("root")} << none;
+    QTest::newRow("select add")
+        << QStringLiteral("select -r hero:L_hand_ctrl; select -add prop:box") << none
+        << QStringList{QStringLiteral("hero:L_hand_ctrl"), QStringLiteral("prop:box")} << none;
+    QTest::newRow("select clear") << QStringLiteral("select -r root; select -cl") << none << none
+                                  << none;
+    QTest::newRow("missing node stops the text")
+        << QStringLiteral("select -r root; print \"x\"; select -add nope; print \"never\"")
+        << QStringList{QStringLiteral("x"),
+                       QStringLiteral("// Error: No object matches name: nope")}
+        << QStringList{QStringLiteral("root")} << none;
+    QTest::newRow("missing node among names changes nothing")
+        << QStringLiteral("select -r root prop:box nope")
+        << QStringList{QStringLiteral("// Error: No object matches name: nope")} << none << none;
+    QTest::newRow("quoted semicolon")
+        << QStringLiteral("print \"a;b\"") << QStringList{QStringLiteral("a;b")} << none << none;
+    QTest::newRow("unknown procedure")
+        << QStringLiteral("frobnicate 1; print \"never\"")
+        << QStringList{QStringLiteral("// Error: Cannot find procedure \"frobnicate\".")} << none
+        << none;
+    QTest::newRow("hostile quoted name selects and runs nothing")
+        << QStringLiteral("select -r ") + picker_mel_quote(QStringLiteral("x\"; print \"pwned"))
+        << QStringList{QStringLiteral("// Error: No object matches name: x\"; print \"pwned")}
+        << none << none;
+    QTest::newRow("syntax error runs nothing")
+        << QStringLiteral("print \"a\"; print \"b")
+        << QStringList{QStringLiteral("// Error: Unterminated string.")} << none << none;
+    QTest::newRow("registered command, bare and quoted")
+        << testCommand + QStringLiteral(" a \"b c\"") << none << none
+        << QStringList{QStringLiteral("s:a"), QStringLiteral("s:b c")};
+    QTest::newRow("array alone after the first argument is one slot")
+        << testCommand + QStringLiteral(" restore `fileInfo -q \"k\"`;") << none << none
+        << QStringList{QStringLiteral("s:restore"), QStringLiteral("a:[v]")};
+    QTest::newRow("absent key is an empty array")
+        << testCommand + QStringLiteral(" restore `fileInfo -q \"absent\"`;") << none << none
+        << QStringList{QStringLiteral("s:restore"), QStringLiteral("a:[]")};
+    QTest::newRow("array among other arguments is spliced")
+        << testCommand + QStringLiteral(" x `fileInfo -q \"k\"` y") << none << none
+        << QStringList{QStringLiteral("s:x"), QStringLiteral("s:v"), QStringLiteral("s:y")};
+    QTest::newRow("call form") << testCommand + QStringLiteral("(\"save\");") << none << none
+                               << QStringList{QStringLiteral("s:save")};
+    QTest::newRow("print of a query") << QStringLiteral("print `fileInfo -q \"k\"`")
+                                      << QStringList{QStringLiteral("v")} << none << none;
+    QTest::newRow("namespaces before the script is sourced")
+        << QStringLiteral("print `picker_ListNamespaces`")
+        << QStringList{QStringLiteral("// Error: Cannot find procedure \"picker_ListNamespaces\".")}
+        << none << none;
+    QTest::newRow("error inside a backquote stops the command")
+        << testCommand + QStringLiteral(" bind `nonesuch`")
+        << QStringList{QStringLiteral("// Error: Cannot find procedure \"nonesuch\".")} << none
+        << none;
+}
+
+void tst_picker_embedded_host::runMel() {
+    QFETCH(QString, mel);
+    QFETCH(QStringList, log);
+    QFETCH(QStringList, selection);
+    QFETCH(QStringList, commandSlots);
+
+    picker_embedded_host host;
+    host.openScene(sceneNodes, {{QStringLiteral("k"), QStringLiteral("v")}});
+    QVERIFY(host.registerCommand(testCommand, &record_arguments).ok());
+
+    const bool expectFailure = !log.isEmpty() && log.last().startsWith(QLatin1String("// Error"));
+    QCOMPARE(host.executeCommand(mel).ok(), !expectFailure);
+    QCOMPARE(host.scriptLog(), log);
+    QCOMPARE(host.selection(), selection);
+    QCOMPARE(receivedSlots, commandSlots);
+}
+
+void tst_picker_embedded_host::namespacesDepthFirst() {
+    picker_embedded_host host;
+    for (const char* node : {"a:x", "b:c:y", "plain", "a:d:z", "b:w", "a:d:e:f"})
+        QVERIFY(host.addNode(QString::fromUtf8(node)));
+    QVERIFY(!host.addNode(QStringLiteral("a:x")));
+    QVERIFY(!host.addNode(QString()));
+    QCOMPARE(host.namespaces(),
+             (QStringList{QStringLiteral("a"), QStringLiteral("a:d"), QStringLiteral("a:d:e"),
+                          QStringLiteral("b"), QStringLiteral("b:c")}));
+}
+
+void tst_picker_embedded_host::listNamespacesOnlyOnceSourced() {
+    picker_embedded_host host;
+    host.openScene({QStringLiteral("hero:a"), QStringLiteral("set:tree:b")}, {});
+    QVERIFY(host.registerCommand(testCommand, &record_arguments).ok());
+
+    QVERIFY(host.executeCommand(
+                    QStringLiteral("global proc string[] picker_ListNamespaces() {\n"
+                                   "    string $r[]; if (`getApplicationVersionAsFloat` > 2012)"
+                                   " { print \"}\"; } return $r;\n}\n"))
+                .ok());
+    QVERIFY(host.isProcedureDefined(QStringLiteral("picker_ListNamespaces")));
+    QVERIFY(host.scriptLog().isEmpty());
+
+    QVERIFY(
+        host.executeCommand(testCommand + QStringLiteral(" \"rebind\" `picker_ListNamespaces`;"))
+            .ok());
+    QCOMPARE(receivedSlots,
+             (QStringList{QStringLiteral("s:rebind"), QStringLiteral("a:[hero,set,set:tree]")}));
+}
+
+void tst_picker_embedded_host::fileInfoStorage() {
+    picker_embedded_host host;
+    QVERIFY(host.executeCommand(
+                    QStringLiteral("fileInfo \"TalvoraPickerImage_k\" \"AAAA\"; file -modified 1;"))
+                .ok());
+    QCOMPARE(host.fileInfo(QStringLiteral("TalvoraPickerImage_k")), QStringLiteral("AAAA"));
+    QVERIFY(host.isModified());
+
+    picker_mel_value value;
+    QVERIFY(
+        host.executeCommand(QStringLiteral("fileInfo -q \"TalvoraPickerImage_k\""), &value).ok());
+    QVERIFY(value.isArray);
+    QCOMPARE(value.items, QStringList{QStringLiteral("AAAA")});
+
+    QVERIFY(host.executeCommand(QStringLiteral("fileInfo -remove \"TalvoraPickerImage_k\"; "
+                                               "file -modified 0"))
+                .ok());
+    QVERIFY(!host.hasFileInfo(QStringLiteral("TalvoraPickerImage_k")));
+    QVERIFY(!host.isModified());
+    QVERIFY(
+        host.executeCommand(QStringLiteral("fileInfo -q \"TalvoraPickerImage_k\""), &value).ok());
+    QVERIFY(value.isArray);
+    QVERIFY(value.items.isEmpty());
+
+    QVERIFY(!host.executeCommand(QStringLiteral("fileInfo \"only-key\"")).ok());
+    QVERIFY(!host.executeCommand(QStringLiteral("file -open \"x.ma\"")).ok());
+}
+
+void tst_picker_embedded_host::deferredTextsRunInOrderAfterTheCall() {
+    picker_embedded_host host;
+    QVERIFY(host.executeCommandOnIdle(QStringLiteral("print \"one\"")).ok());
+    QVERIFY(host.executePythonCommandOnIdle(QStringLiteral("print('two')")).ok());
+    QVERIFY(host.executeCommandOnIdle(QStringLiteral("print \"three\"")).ok());
+    QVERIFY(host.scriptLog().isEmpty());
+    QCOMPARE(host.pendingIdleCount(), 3);
+
+    spin_until_idle(host);
+    QCOMPARE(host.pendingIdleCount(), 0);
+    QCOMPARE(host.scriptLog(),
+             (QStringList{QStringLiteral("one"), QStringLiteral("python: print('two')"),
+                          QStringLiteral("three")}));
+}
+
+namespace {
+picker_embedded_host* queueingHost = nullptr;
+
+host_status queue_follow_up(const picker_arg_list& args) {
+    queueingHost->executeCommandOnIdle(QStringLiteral("print \"follow-up ") + args.asString(0) +
+                                       QStringLiteral("\""));
+    return host_status();
+}
+} // namespace
+
+void tst_picker_embedded_host::queuedWhileRunningRunsInTheSamePass() {
+    picker_embedded_host host;
+    queueingHost = &host;
+    QVERIFY(host.registerCommand(testCommand, &queue_follow_up).ok());
+    host.executeCommandOnIdle(testCommand + QStringLiteral(" a"));
+    host.executeCommandOnIdle(QStringLiteral("print \"b\""));
+    host.processIdle();
+    queueingHost = nullptr;
+    QCOMPARE(host.scriptLog(), (QStringList{QStringLiteral("b"), QStringLiteral("follow-up a")}));
+    QCOMPARE(host.pendingIdleCount(), 0);
+}
+
+void tst_picker_embedded_host::selectionChangesRaiseOneEventEach() {
+    picker_embedded_host host;
+    host.openScene(sceneNodes, {});
+    QStringList events;
+    event_probe probe{QStringLiteral("SelectionChanged"), &events};
+    host_status status;
+    host.addEventCallback(probe.event, &record_event, &probe, &status);
+    QVERIFY(status.ok());
+
+    QVERIFY(host.selectByName(QStringLiteral("root"), picker_list_adjustment::replace).ok());
+    QVERIFY(host.selectByName(QStringLiteral("prop:box"), picker_list_adjustment::add).ok());
+    QCOMPARE(host.selection(), (QStringList{QStringLiteral("root"), QStringLiteral("prop:box")}));
+    QVERIFY(host.selectByName(QStringLiteral("hero:L_hand_ctrl"), picker_list_adjustment::replace)
+                .ok());
+    QCOMPARE(host.selection(), QStringList{QStringLiteral("hero:L_hand_ctrl")});
+    QVERIFY(!host.selectByName(QStringLiteral("nope"), picker_list_adjustment::add).ok());
+    QCOMPARE(events.size(), 3);
+
+    QVERIFY(host.executeCommand(QStringLiteral("select -add root prop:box")).ok());
+    QCOMPARE(events.size(), 4);
+    QVERIFY(host.clearSelectionList().ok());
+    QVERIFY(host.selection().isEmpty());
+    QCOMPARE(events.size(), 5);
+    QVERIFY(!host.setSelection({QStringLiteral("root"), QStringLiteral("nope")}));
+    QCOMPARE(events.size(), 5);
+    QVERIFY(host.setSelection({QStringLiteral("root")}));
+    QCOMPARE(events.size(), 6);
+}
+
+void tst_picker_embedded_host::sceneEvents() {
+    picker_embedded_host host;
+    QStringList events;
+    const QStringList names{QStringLiteral("SelectionChanged"), QStringLiteral("quitApplication"),
+                            QStringLiteral("deleteAll"), QStringLiteral("NewSceneOpened"),
+                            QStringLiteral("SceneOpened")};
+    QVector<event_probe> probes;
+    for (const QString& name : names)
+        probes.append(event_probe{name, &events});
+    for (event_probe& probe : probes) {
+        host_status status;
+        QVERIFY(host.addEventCallback(probe.event, &record_event, &probe, &status) != 0);
+        QVERIFY(status.ok());
+    }
+
+    host.openScene(sceneNodes, {{QStringLiteral("TalvoraPickerData"), QStringLiteral("abc")}});
+    QCOMPARE(events, QStringList{QStringLiteral("SceneOpened")});
+    QCOMPARE(host.nodes(), sceneNodes);
+    QCOMPARE(host.fileInfo(QStringLiteral("TalvoraPickerData")), QStringLiteral("abc"));
+
+    events.clear();
+    QVERIFY(host.setSelection({QStringLiteral("root")}));
+    host.executeCommand(QStringLiteral("file -modified 1"));
+    host.newScene();
+    QCOMPARE(events,
+             (QStringList{QStringLiteral("SelectionChanged"), QStringLiteral("deleteAll"),
+                          QStringLiteral("SelectionChanged"), QStringLiteral("NewSceneOpened")}));
+    QVERIFY(host.nodes().isEmpty());
+    QVERIFY(host.selection().isEmpty());
+    QVERIFY(host.fileInfoEntries().isEmpty());
+    QVERIFY(!host.isModified());
+
+    events.clear();
+    host.quit();
+    QCOMPARE(events, QStringList{QStringLiteral("quitApplication")});
+}
+
+void tst_picker_embedded_host::failuresOnRequest() {
+    picker_embedded_host host;
+    host.setFailing(picker_embedded_host::operation::addEventCallback, true,
+                    QStringLiteral("deleteAll"));
+    QStringList events;
+    event_probe probe{QStringLiteral("deleteAll"), &events};
+    host_status status;
+    QCOMPARE(host.addEventCallback(probe.event, &record_event, &probe, &status),
+             picker_callback_id(0));
+    QVERIFY(!status.ok());
+    const picker_callback_id id =
+        host.addEventCallback(QStringLiteral("SceneOpened"), &record_event, &probe, &status);
+    QVERIFY(status.ok());
+    host.addEventCallback(QStringLiteral("NoSuchEvent"), &record_event, &probe, &status);
+    QVERIFY(!status.ok());
+
+    host.setFailing(picker_embedded_host::operation::removeCallback, true);
+    QVERIFY(!host.removeCallback(id).ok());
+    QCOMPARE(host.callbackCount(QStringLiteral("SceneOpened")), 1);
+    host.setFailing(picker_embedded_host::operation::removeCallback, false);
+    QVERIFY(host.removeCallback(id).ok());
+    QVERIFY(!host.removeCallback(id).ok());
+
+    host.setFailing(picker_embedded_host::operation::registerCommand, true);
+    QVERIFY(!host.registerCommand(testCommand, &record_arguments).ok());
+    QVERIFY(!host.isCommandRegistered(testCommand));
+
+    host.openScene(sceneNodes, {});
+    host.setFailing(picker_embedded_host::operation::selectByName, true);
+    QVERIFY(!host.selectByName(QStringLiteral("root"), picker_list_adjustment::replace).ok());
+    QVERIFY(host.selection().isEmpty());
+    host.setFailing(picker_embedded_host::operation::activeSelection, true);
+    QStringList names;
+    const host_status refused = host.activeSelection(names);
+    QVERIFY(!refused.ok());
+    QVERIFY(!refused.errorString().isEmpty());
+}
+
+void tst_picker_embedded_host::errorsReachTheScriptLog() {
+    picker_embedded_host host;
+    host.displayError(QStringLiteral("TalvoraPicker - something: failed "));
+    QCOMPARE(host.scriptLog(),
+             QStringList{QStringLiteral("// Error: TalvoraPicker - something: failed ")});
+    host.clearScriptLog();
+    QVERIFY(host.scriptLog().isEmpty());
+    host.setBatchMode(true);
+    QCOMPARE(host.mainWindow(), static_cast<QWidget*>(nullptr));
+}
+
+QTEST_MAIN(tst_picker_embedded_host)
+#include "tst_picker_embedded_host.moc"

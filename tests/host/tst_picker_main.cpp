@@ -1,0 +1,784 @@
+#include "picker_embedded_host.h"
+#include "picker_main.h"
+
+#include <QBuffer>
+#include <QDataStream>
+#include <QDockWidget>
+#include <QImage>
+#include <QMainWindow>
+#include <QPixmap>
+#include <QScreen>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+using operation = picker_embedded_host::operation;
+
+const QString hostFailure = QStringLiteral("(kFailure): Unexpected Internal Failure");
+
+QString reported(const QString& message) {
+    return QStringLiteral("// Error: TalvoraPicker - ") + message + QStringLiteral(": ") +
+           hostFailure + QStringLiteral(" ");
+}
+
+// Stands in for the picker window: records what the command asks of it, keeps the selection.
+class test_window : public QWidget, public picker_window_link {
+public:
+    explicit test_window(QWidget* parent) : QWidget(parent) {}
+
+    QStringList calls;
+    QStringList selection;
+
+    void setSelection(const QStringList& names) override {
+        selection = names;
+        calls << QStringLiteral("setSelection:") + names.join(QLatin1Char(','));
+    }
+    void reset() override { calls << QStringLiteral("reset"); }
+    void streamFrom(QDataStream& stream) override {
+        calls << QStringLiteral("streamFrom:") +
+                     QString::fromLatin1(stream.device()->readAll().toHex());
+    }
+    void fetchFrontImageData() override { calls << QStringLiteral("fetchFrontImageData"); }
+    void setBackgroundImage(const QString& key, const QPixmap& image) override {
+        calls << QStringLiteral("setBackgroundImage:%1:%2x%3")
+                     .arg(key)
+                     .arg(image.width())
+                     .arg(image.height());
+    }
+    void save_current() override { calls << QStringLiteral("save_current"); }
+    void saveas_current() override { calls << QStringLiteral("saveas_current"); }
+    void load_pickers(const QStringList& paths) override {
+        calls << QStringLiteral("load_pickers:") + paths.join(QLatin1Char('|'));
+    }
+    void rebindFront(const QStringList& namespaces, bool rebind) override {
+        calls << QStringLiteral("rebindFront:%1:%2")
+                     .arg(namespaces.join(QLatin1Char(',')))
+                     .arg(rebind ? 1 : 0);
+    }
+};
+
+QPointer<test_window> lastWindow;
+
+QWidget* make_test_window(QDockWidget* dock) {
+    auto* window = new test_window(dock);
+    lastWindow = window;
+    return window;
+}
+
+// Counts raise() on the dock, which Qt announces as a z-order change.
+class raise_counter : public QObject {
+public:
+    int raises = 0;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::ZOrderChange)
+            ++raises;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+// An argument list whose length the host cannot tell.
+class unreadable_args : public picker_arg_list {
+public:
+    unsigned length(host_status* status) const override {
+        if (status)
+            *status =
+                host_status::failure(QStringLiteral("(kFailure): Unexpected Internal Failure"));
+        return 0;
+    }
+    QString asString(unsigned, host_status*) const override { return QString(); }
+    QStringList asStringArray(unsigned&, host_status*) const override { return QStringList(); }
+};
+
+QStringList all_events() {
+    return {QStringLiteral("SelectionChanged"), QStringLiteral("quitApplication"),
+            QStringLiteral("deleteAll"), QStringLiteral("NewSceneOpened"),
+            QStringLiteral("SceneOpened")};
+}
+
+QString compressed_base64(const QByteArray& bytes) {
+    return QString::fromLatin1(qCompress(bytes, 9).toBase64());
+}
+
+void count_event(void* clientData) {
+    ++*static_cast<int*>(clientData);
+}
+
+const QString restoreText =
+    QStringLiteral("TalvoraPicker restore `fileInfo -q \"TalvoraPickerData\"`;");
+
+} // namespace
+
+Q_DECLARE_METATYPE(picker_mel_value)
+
+class tst_picker_main : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void loadSteps_data();
+    void loadSteps();
+    void unloadSteps_data();
+    void unloadSteps();
+    void unloadWithoutWindow();
+    void scriptSourcedAtLoad();
+
+    void firstRunCreatesTheDock();
+    void dockWithoutMainWindow();
+    void commandWithoutArguments();
+
+    void selectAndClear_data();
+    void selectAndClear();
+    void hostileNameSelectsAndRunsNothing();
+    void selectionUnreadable();
+
+    void restore_data();
+    void restore();
+    void sceneOpenedRestoresEndToEnd();
+    void sceneResetEvents();
+    void quitSavesAndDeletesTheDock();
+
+    void directives_data();
+    void directives();
+    void fetchImage_data();
+    void fetchImage();
+    void argumentGathering_data();
+    void argumentGathering();
+
+    void settingsApplied_data();
+    void settingsApplied();
+    void settingsStoredOnUnload();
+
+private:
+    test_window* openWindow();
+    QSettings settings() const {
+        return QSettings(QStringLiteral("Talvora"), QStringLiteral("picker"));
+    }
+
+    std::unique_ptr<picker_embedded_host> host_;
+};
+
+void tst_picker_main::initTestCase() {
+    QStandardPaths::setTestModeEnabled(true);
+}
+
+void tst_picker_main::init() {
+    settings().clear();
+    host_ = std::make_unique<picker_embedded_host>();
+    host_->openScene({QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("hero:x"),
+                      QStringLiteral("hero:sub:y")},
+                     {});
+}
+
+void tst_picker_main::cleanup() {
+    for (const operation which :
+         {operation::openPlugin, operation::registerCommand, operation::deregisterCommand,
+          operation::addEventCallback, operation::removeCallback, operation::executeCommandOnIdle,
+          operation::activeSelection, operation::selectByName, operation::clearSelectionList})
+        host_->setFailing(which, false);
+    if (picker_main::host())
+        picker_main::uninitialize();
+    host_.reset();
+}
+
+test_window* tst_picker_main::openWindow() {
+    if (!picker_main::host())
+        picker_main::initialize(*host_, &make_test_window);
+    host_->processIdle();
+    host_->executeCommand(QStringLiteral("TalvoraPicker"));
+    host_->processIdle();
+    host_->clearScriptLog();
+    if (lastWindow)
+        lastWindow->calls.clear();
+    return lastWindow;
+}
+
+void tst_picker_main::loadSteps_data() {
+    QTest::addColumn<int>("failing");
+    QTest::addColumn<QString>("event");
+    QTest::addColumn<QStringList>("log");
+    QTest::addColumn<bool>("registered");
+    QTest::addColumn<QStringList>("installed");
+    QTest::addColumn<bool>("scriptQueued");
+
+    const QStringList events = all_events();
+    QTest::newRow("every step succeeds")
+        << -1 << QString() << QStringList() << true << events << true;
+    QTest::newRow("plug-in refused")
+        << int(operation::openPlugin) << QString()
+        << QStringList{reported(QStringLiteral("could not initialize the plugin"))} << false
+        << QStringList() << false;
+    QTest::newRow("command refused")
+        << int(operation::registerCommand) << QString()
+        << QStringList{reported(QStringLiteral("could not initialize the plugin"))} << false
+        << QStringList() << false;
+    QTest::newRow("SelectionChanged refused")
+        << int(operation::addEventCallback) << events.at(0)
+        << QStringList{reported(QStringLiteral("could not install SelectionChanged callback"))}
+        << true << QStringList() << false;
+    QTest::newRow("quitApplication refused")
+        << int(operation::addEventCallback) << events.at(1)
+        << QStringList{reported(QStringLiteral("could not install quitApplication callback"))}
+        << true << QStringList(events.mid(0, 1)) << false;
+    QTest::newRow("deleteAll refused")
+        << int(operation::addEventCallback) << events.at(2)
+        << QStringList{reported(QStringLiteral("could not install the deleteAll callback"))} << true
+        << QStringList(events.mid(0, 2)) << false;
+    QTest::newRow("NewSceneOpened refused")
+        << int(operation::addEventCallback) << events.at(3)
+        << QStringList{reported(QStringLiteral("could not install the NewSceneOpened callback"))}
+        << true << QStringList(events.mid(0, 3)) << false;
+    QTest::newRow("SceneOpened refused")
+        << int(operation::addEventCallback) << events.at(4)
+        << QStringList{reported(QStringLiteral("could not install the SceneOpened callback"))}
+        << true << QStringList(events.mid(0, 4)) << false;
+}
+
+void tst_picker_main::loadSteps() {
+    QFETCH(int, failing);
+    QFETCH(QString, event);
+    QFETCH(QStringList, log);
+    QFETCH(bool, registered);
+    QFETCH(QStringList, installed);
+    QFETCH(bool, scriptQueued);
+
+    if (failing >= 0)
+        host_->setFailing(static_cast<operation>(failing), true, event);
+    const host_status status = picker_main::initialize(*host_, &make_test_window);
+    QCOMPARE(status.ok(), failing < 0);
+    QCOMPARE(host_->scriptLog(), log);
+    QCOMPARE(host_->pluginVersion(),
+             failing == int(operation::openPlugin) ? QString() : QStringLiteral("1.4.2"));
+    QCOMPARE(host_->isCommandRegistered(QStringLiteral("TalvoraPicker")), registered);
+    for (const QString& name : all_events())
+        QCOMPARE(host_->callbackCount(name), installed.contains(name) ? 1 : 0);
+    QCOMPARE(host_->pendingIdleCount(), scriptQueued ? 1 : 0);
+    QVERIFY(!picker_main::dock());
+}
+
+void tst_picker_main::unloadSteps_data() {
+    QTest::addColumn<int>("failing");
+    QTest::addColumn<QString>("event");
+    QTest::addColumn<QStringList>("log");
+    QTest::addColumn<bool>("stillRegistered");
+    QTest::addColumn<int>("callbacksLeft");
+    QTest::addColumn<bool>("dockLeft");
+
+    QTest::newRow("every step succeeds") << -1 << QString() << QStringList() << false << 0 << false;
+    QTest::newRow("plug-in refused stops at once")
+        << int(operation::openPlugin) << QString()
+        << QStringList{reported(QStringLiteral("could not deregister the plugin"))} << true << 5
+        << true;
+    QTest::newRow("deregistration refused stops after cleanup")
+        << int(operation::deregisterCommand) << QString()
+        << QStringList{reported(QStringLiteral("could not deregister the plugin"))} << true << 5
+        << false;
+    QTest::newRow("every removal refused, each reported")
+        << int(operation::removeCallback) << QString()
+        << QStringList{reported(QStringLiteral("could not remove selectionChanged callback")),
+                       reported(QStringLiteral("could not remove the quitApplicaiton callback")),
+                       reported(QStringLiteral("could not remove the deleteAll callback")),
+                       reported(QStringLiteral("could not remove the newSceneOpened callback")),
+                       reported(QStringLiteral("could not remove the sceneOpened callback"))}
+        << false << 5 << false;
+    QTest::newRow("one removal refused, the others go on")
+        << int(operation::removeCallback) << QStringLiteral("quitApplication")
+        << QStringList{reported(QStringLiteral("could not remove the quitApplicaiton callback"))}
+        << false << 1 << false;
+}
+
+void tst_picker_main::unloadSteps() {
+    QFETCH(int, failing);
+    QFETCH(QString, event);
+    QFETCH(QStringList, log);
+    QFETCH(bool, stillRegistered);
+    QFETCH(int, callbacksLeft);
+    QFETCH(bool, dockLeft);
+
+    QVERIFY(openWindow());
+    if (failing >= 0)
+        host_->setFailing(static_cast<operation>(failing), true, event);
+    picker_main::uninitialize();
+    QCOMPARE(host_->scriptLog(), log);
+    if (failing != int(operation::openPlugin))
+        QCOMPARE(host_->pluginVersion(), QStringLiteral("1.0"));
+    QCOMPARE(host_->isCommandRegistered(QStringLiteral("TalvoraPicker")), stillRegistered);
+    int left = 0;
+    for (const QString& name : all_events())
+        left += host_->callbackCount(name);
+    QCOMPARE(left, callbacksLeft);
+    QCOMPARE(picker_main::dock() != nullptr, dockLeft);
+}
+
+void tst_picker_main::unloadWithoutWindow() {
+    QVERIFY(picker_main::initialize(*host_, &make_test_window).ok());
+    QVERIFY(picker_main::uninitialize().ok());
+    QVERIFY(!settings().contains(QStringLiteral("pickerSize")));
+    QVERIFY(!settings().contains(QStringLiteral("pickerPosition")));
+    QVERIFY(!host_->isCommandRegistered(QStringLiteral("TalvoraPicker")));
+    for (const QString& name : all_events())
+        QCOMPARE(host_->callbackCount(name), 0);
+    QVERIFY(!picker_main::host());
+    QVERIFY(host_->scriptLog().isEmpty());
+}
+
+void tst_picker_main::scriptSourcedAtLoad() {
+    QVERIFY(picker_main::initialize(*host_, &make_test_window).ok());
+    QVERIFY(!host_->isProcedureDefined(QStringLiteral("picker_ListNamespaces")));
+    host_->processIdle();
+    QCOMPARE(host_->scriptLog(), QStringList());
+    QVERIFY(host_->isProcedureDefined(QStringLiteral("picker_ListNamespaces")));
+    QVERIFY(host_->isProcedureDefined(QStringLiteral("picker_ListOneNamespace")));
+}
+
+void tst_picker_main::firstRunCreatesTheDock() {
+    QVERIFY(picker_main::initialize(*host_, &make_test_window).ok());
+    QVERIFY(!picker_main::dock());
+    QVERIFY(host_->executeCommand(QStringLiteral("TalvoraPicker")).ok());
+
+    QDockWidget* dock = picker_main::dock();
+    QVERIFY(dock);
+    QCOMPARE(dock->objectName(), QStringLiteral("TalvoraPicker"));
+    QCOMPARE(dock->windowTitle(), QStringLiteral("TalvoraPicker"));
+    QVERIFY(!dock->windowIcon().isNull());
+    QCOMPARE(dock->parentWidget(), host_->mainWindow());
+    QVERIFY(dock->isFloating());
+    QVERIFY(dock->isVisible());
+    QCOMPARE(dock->allowedAreas(), Qt::DockWidgetAreas(Qt::NoDockWidgetArea));
+    QCOMPARE(dock->features(), QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable |
+                                   QDockWidget::DockWidgetFloatable);
+    QCOMPARE(int(dock->windowFlags()) & 0xA, 0);
+    QCOMPARE(dock->widget(), static_cast<QWidget*>(lastWindow.data()));
+    QCOMPARE(picker_main::window(), static_cast<picker_window_link*>(lastWindow.data()));
+
+    // The script and the scene restore wait for idle; the current selection is shown at once.
+    QCOMPARE(host_->pendingMel().size(), 2);
+    QCOMPARE(host_->pendingMel().at(1), restoreText);
+    QCOMPARE(lastWindow->calls, QStringList{QStringLiteral("setSelection:")});
+    host_->processIdle();
+    QCOMPARE(lastWindow->calls,
+             (QStringList{QStringLiteral("setSelection:"), QStringLiteral("reset")}));
+    QCOMPARE(host_->scriptLog(), QStringList());
+}
+
+void tst_picker_main::dockWithoutMainWindow() {
+    host_->setBatchMode(true);
+    QVERIFY(openWindow());
+    QDockWidget* dock = picker_main::dock();
+    QVERIFY(dock);
+    QVERIFY(!dock->parentWidget());
+    QVERIFY(dock->isVisible());
+    QVERIFY(picker_main::uninitialize().ok());
+    QVERIFY(!picker_main::dock());
+    QVERIFY(!lastWindow);
+}
+
+void tst_picker_main::commandWithoutArguments() {
+    test_window* window = openWindow();
+    QVERIFY(window);
+    QDockWidget* dock = picker_main::dock();
+    raise_counter counter;
+    dock->installEventFilter(&counter);
+
+    dock->hide();
+    QVERIFY(host_->executeCommand(QStringLiteral("TalvoraPicker")).ok());
+    QVERIFY(dock->isVisible());
+    QCOMPARE(window->calls, QStringList{QStringLiteral("setSelection:")});
+
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(!dock->isActiveWindow());
+    counter.raises = 0;
+    QVERIFY(host_->executeCommand(QStringLiteral("TalvoraPicker")).ok());
+    QCOMPARE(counter.raises, 0);
+    QVERIFY(dock->isVisible());
+
+    dock->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(dock));
+    counter.raises = 0;
+    QVERIFY(host_->executeCommand(QStringLiteral("TalvoraPicker")).ok());
+    QCOMPARE(counter.raises, 1);
+    QCOMPARE(window->calls.size(), 3);
+    dock->removeEventFilter(&counter);
+}
+
+void tst_picker_main::selectAndClear_data() {
+    QTest::addColumn<QString>("mel");
+    QTest::addColumn<QStringList>("selected");
+    QTest::addColumn<int>("notifications");
+    QTest::addColumn<bool>("succeeds");
+
+    const QString b = QStringLiteral("b");
+    const QString c = QStringLiteral("c");
+    QTest::newRow("missing first name")
+        << QStringLiteral("TalvoraPicker select a b c") << QStringList{b, c} << 3 << true;
+    QTest::newRow("missing middle name")
+        << QStringLiteral("TalvoraPicker select b nope c") << QStringList{b, c} << 3 << true;
+    QTest::newRow("missing last name fails")
+        << QStringLiteral("TalvoraPicker select b nope") << QStringList{b} << 2 << false;
+    QTest::newRow("no name exists") << QStringLiteral("TalvoraPicker select x y")
+                                    << QStringList{QStringLiteral("hero:x")} << 0 << false;
+    QTest::newRow("no names clears")
+        << QStringLiteral("TalvoraPicker select") << QStringList() << 1 << true;
+    QTest::newRow("quoted names") << QStringLiteral("TalvoraPicker select \"c\" \"hero:sub:y\"")
+                                  << QStringList{c, QStringLiteral("hero:sub:y")} << 3 << true;
+    QTest::newRow("clear") << QStringLiteral("TalvoraPicker clear") << QStringList() << 1 << true;
+    QTest::newRow("clear in call form")
+        << QStringLiteral("TalvoraPicker(\"clear\")") << QStringList() << 1 << true;
+}
+
+void tst_picker_main::selectAndClear() {
+    QFETCH(QString, mel);
+    QFETCH(QStringList, selected);
+    QFETCH(int, notifications);
+    QFETCH(bool, succeeds);
+
+    test_window* window = openWindow();
+    QVERIFY(window);
+    QVERIFY(host_->setSelection({QStringLiteral("hero:x")}));
+    window->calls.clear();
+    int raised = 0;
+    host_status status;
+    const picker_callback_id id =
+        host_->addEventCallback(QStringLiteral("SelectionChanged"), &count_event, &raised, &status);
+    QVERIFY(status.ok());
+
+    QCOMPARE(host_->executeCommand(mel).ok(), succeeds);
+    QCOMPARE(host_->selection(), selected);
+    // The host announced every single change, but the picker heard of the outcome once.
+    QCOMPARE(raised, notifications);
+    QCOMPARE(window->calls,
+             QStringList{QStringLiteral("setSelection:") + selected.join(QLatin1Char(','))});
+    QCOMPARE(window->selection, selected);
+    host_->removeCallback(id);
+}
+
+void tst_picker_main::hostileNameSelectsAndRunsNothing() {
+    test_window* window = openWindow();
+    QVERIFY(window);
+    QVERIFY(host_->setSelection({QStringLiteral("b")}));
+    window->calls.clear();
+    const QString hostile = QStringLiteral("x\"; print \"pwned");
+    host_->executeCommandOnIdle(QStringLiteral("TalvoraPicker select ") +
+                                picker_mel_quote(hostile));
+    host_->processIdle();
+    QCOMPARE(host_->selection(), QStringList{QStringLiteral("b")});
+    QVERIFY(!host_->scriptLog().contains(QStringLiteral("pwned")));
+    QCOMPARE(window->calls, QStringList{QStringLiteral("setSelection:b")});
+}
+
+void tst_picker_main::selectionUnreadable() {
+    test_window* window = openWindow();
+    QVERIFY(window);
+    host_->setFailing(operation::activeSelection, true);
+    QVERIFY(host_->executeCommand(QStringLiteral("TalvoraPicker")).ok());
+    QCOMPARE(host_->scriptLog(),
+             QStringList{QStringLiteral("// Error: TalvoraPicker- could not get the current "
+                                        "selection: ") +
+                         hostFailure});
+    QVERIFY(window->calls.isEmpty());
+    // The guard was released: the next change gets through.
+    host_->setFailing(operation::activeSelection, false);
+    QVERIFY(host_->setSelection({QStringLiteral("c")}));
+    QCOMPARE(window->calls, QStringList{QStringLiteral("setSelection:c")});
+}
+
+void tst_picker_main::restore_data() {
+    QTest::addColumn<QString>("mel");
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<bool>("succeeds");
+
+    const QByteArray tabs("\x00\x00\x00\x04\x00\x00\x00\x00\xff", 9);
+    QTest::newRow("empty text resets") << QStringLiteral("TalvoraPicker restore \"\"")
+                                       << QStringList{QStringLiteral("reset")} << true;
+    QTest::newRow("no argument resets")
+        << QStringLiteral("TalvoraPicker restore") << QStringList{QStringLiteral("reset")} << true;
+    QTest::newRow("two arguments reset") << QStringLiteral("TalvoraPicker restore a b")
+                                         << QStringList{QStringLiteral("reset")} << true;
+    QTest::newRow("real data is streamed in")
+        << QStringLiteral("TalvoraPicker restore \"") + compressed_base64(tabs) +
+               QStringLiteral("\"")
+        << QStringList{QStringLiteral("streamFrom:0000000400000000ff"),
+                       QStringLiteral("setSelection:b"), QStringLiteral("fetchFrontImageData")}
+        << true;
+    QTest::newRow("not base64 resets and fails") << QStringLiteral("TalvoraPicker restore \"!!!!\"")
+                                                 << QStringList{QStringLiteral("reset")} << false;
+    QTest::newRow("not compressed resets and fails")
+        << QStringLiteral("TalvoraPicker restore \"QUJDREVGR0g=\"")
+        << QStringList{QStringLiteral("reset")} << false;
+}
+
+void tst_picker_main::restore() {
+    QFETCH(QString, mel);
+    QFETCH(QStringList, calls);
+    QFETCH(bool, succeeds);
+
+    test_window* window = openWindow();
+    QVERIFY(window);
+    QVERIFY(host_->setSelection({QStringLiteral("b")}));
+    window->calls.clear();
+    QCOMPARE(host_->executeCommand(mel).ok(), succeeds);
+    QCOMPARE(window->calls, calls);
+}
+
+void tst_picker_main::sceneOpenedRestoresEndToEnd() {
+    test_window* window = openWindow();
+    QVERIFY(window);
+    const QByteArray tabs("\x00\x00\x00\x04tabs", 8);
+    host_->openScene({QStringLiteral("b")},
+                     {{QStringLiteral("TalvoraPickerData"), compressed_base64(tabs)}});
+    QCOMPARE(host_->pendingMel(), QStringList{restoreText});
+    QVERIFY(window->calls.isEmpty());
+    host_->processIdle();
+    QCOMPARE(window->calls,
+             (QStringList{QStringLiteral("streamFrom:0000000474616273"),
+                          QStringLiteral("setSelection:"), QStringLiteral("fetchFrontImageData")}));
+
+    window->calls.clear();
+    host_->openScene({}, {});
+    host_->processIdle();
+    QCOMPARE(window->calls, QStringList{QStringLiteral("reset")});
+    QCOMPARE(host_->scriptLog(), QStringList());
+}
+
+void tst_picker_main::sceneResetEvents() {
+    QVERIFY(picker_main::initialize(*host_, &make_test_window).ok());
+    host_->raiseEvent(QStringLiteral("NewSceneOpened"));
+    host_->raiseEvent(QStringLiteral("SceneOpened"));
+    QCOMPARE(host_->pendingMel().size(), 1);
+
+    test_window* window = openWindow();
+    QVERIFY(window);
+    host_->raiseEvent(QStringLiteral("NewSceneOpened"));
+    QCOMPARE(window->calls, QStringList{QStringLiteral("reset")});
+    window->calls.clear();
+    host_->raiseEvent(QStringLiteral("deleteAll"));
+    QCOMPARE(window->calls, QStringList{QStringLiteral("reset")});
+    window->calls.clear();
+    host_->newScene();
+    QCOMPARE(window->calls, (QStringList{QStringLiteral("reset"), QStringLiteral("reset")}));
+}
+
+void tst_picker_main::quitSavesAndDeletesTheDock() {
+    QVERIFY(openWindow());
+    QDockWidget* dock = picker_main::dock();
+    dock->resize(260, 270);
+    dock->move(30, 40);
+    host_->quit();
+    QVERIFY(!picker_main::dock());
+    QVERIFY(!lastWindow);
+    QCOMPARE(settings().value(QStringLiteral("pickerSize")).toSize(), QSize(260, 270));
+    QCOMPARE(settings().value(QStringLiteral("pickerPosition")).toPoint(), QPoint(30, 40));
+
+    host_->quit();
+    QVERIFY(host_->executeCommand(QStringLiteral("TalvoraPicker")).ok());
+    QVERIFY(picker_main::dock());
+    QCOMPARE(picker_main::dock()->size(), QSize(260, 270));
+}
+
+void tst_picker_main::directives_data() {
+    QTest::addColumn<QString>("mel");
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<QStringList>("log");
+
+    const QStringList none;
+    QTest::newRow("save") << QStringLiteral("TalvoraPicker save")
+                          << QStringList{QStringLiteral("save_current")} << none;
+    QTest::newRow("save, call form") << QStringLiteral("TalvoraPicker(\"save\");")
+                                     << QStringList{QStringLiteral("save_current")} << none;
+    QTest::newRow("saveas") << QStringLiteral("TalvoraPicker saveas")
+                            << QStringList{QStringLiteral("saveas_current")} << none;
+    QTest::newRow("open") << QStringLiteral("TalvoraPicker open \"/p/a.pkr\" \"/p/b c.pkr\"")
+                          << QStringList{QStringLiteral("load_pickers:/p/a.pkr|/p/b c.pkr")}
+                          << none;
+    QTest::newRow("bind") << QStringLiteral("TalvoraPicker \"bind\" `picker_ListNamespaces`;")
+                          << QStringList{QStringLiteral("rebindFront:hero,hero:sub:0")} << none;
+    QTest::newRow("rebind") << QStringLiteral("TalvoraPicker \"rebind\" `picker_ListNamespaces`;")
+                            << QStringList{QStringLiteral("rebindFront:hero,hero:sub:1")} << none;
+    QTest::newRow("unknown directive")
+        << QStringLiteral("TalvoraPicker frobnicate") << none
+        << QStringList{QStringLiteral("// Error: TalvoraPicker - unknown directive: frobnicate"),
+                       QStringLiteral("// Error: TalvoraPicker: TalvoraPicker - unknown directive: "
+                                      "frobnicate")};
+    QTest::newRow("directives are case-sensitive")
+        << QStringLiteral("TalvoraPicker SELECT b") << none
+        << QStringList{QStringLiteral("// Error: TalvoraPicker - unknown directive: SELECT"),
+                       QStringLiteral("// Error: TalvoraPicker: TalvoraPicker - unknown directive: "
+                                      "SELECT")};
+}
+
+void tst_picker_main::directives() {
+    QFETCH(QString, mel);
+    QFETCH(QStringList, calls);
+    QFETCH(QStringList, log);
+
+    test_window* window = openWindow();
+    QVERIFY(window);
+    QCOMPARE(host_->executeCommand(mel).ok(), log.isEmpty());
+    QCOMPARE(window->calls, calls);
+    QCOMPARE(host_->scriptLog(), log);
+    QCOMPARE(host_->selection(), QStringList());
+}
+
+void tst_picker_main::fetchImage_data() {
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<bool>("succeeds");
+
+    QImage image(3, 2, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    const QString pngText = QString::fromLatin1(png.toBase64());
+    const QString longKey(pngText.size(), QLatin1Char('k'));
+
+    QTest::newRow("key as long as the image text")
+        << QStringList{longKey, pngText}
+        << QStringList{QStringLiteral("setBackgroundImage:") + longKey + QStringLiteral(":3x2")}
+        << true;
+    QTest::newRow("short key decodes only its length")
+        << QStringList{QStringLiteral("key1"), pngText}
+        << QStringList{QStringLiteral("setBackgroundImage:key1:0x0")} << true;
+    QTest::newRow("one-byte key decodes nothing")
+        << QStringList{QStringLiteral("k"), pngText} << QStringList() << false;
+    QTest::newRow("empty key is ignored")
+        << QStringList{QString(), pngText} << QStringList() << true;
+    QTest::newRow("one argument is ignored") << QStringList{pngText} << QStringList() << true;
+    QTest::newRow("three arguments are ignored")
+        << QStringList{longKey, pngText, pngText} << QStringList() << true;
+    QTest::newRow("image text shorter than the key")
+        << QStringList{longKey + longKey, pngText}
+        << QStringList{QStringLiteral("setBackgroundImage:") + longKey + longKey +
+                       QStringLiteral(":3x2")}
+        << true;
+}
+
+void tst_picker_main::fetchImage() {
+    QFETCH(QStringList, args);
+    QFETCH(QStringList, calls);
+    QFETCH(bool, succeeds);
+
+    test_window* window = openWindow();
+    QVERIFY(window);
+    QCOMPARE(picker_main::process_command(QStringLiteral("fetch_image"), args).ok(), succeeds);
+    QCOMPARE(window->calls, calls);
+}
+
+void tst_picker_main::argumentGathering_data() {
+    QTest::addColumn<QVector<picker_mel_value>>("argSlots");
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<QStringList>("log");
+
+    const auto text = [](const char* value) {
+        return picker_mel_value::string(QString::fromUtf8(value));
+    };
+    const QStringList none;
+    const QString parseError = reported(QStringLiteral("could not parse the command"))
+                                   .replace(hostFailure, QStringLiteral("%1"));
+    QTest::newRow("one array slot")
+        << QVector<picker_mel_value>{text("open"), picker_mel_value::array(
+                                                       {QStringLiteral("x"), QStringLiteral("y")})}
+        << QStringList{QStringLiteral("load_pickers:x|y")} << none;
+    QTest::newRow("one string") << QVector<picker_mel_value>{text("open"), text("x")}
+                                << QStringList{QStringLiteral("load_pickers:x")} << none;
+    QTest::newRow("several strings")
+        << QVector<picker_mel_value>{text("open"), text("x"), text("y")}
+        << QStringList{QStringLiteral("load_pickers:x|y")} << none;
+    QTest::newRow("empty array") << QVector<picker_mel_value>{text("open"),
+                                                              picker_mel_value::array({})}
+                                 << QStringList{QStringLiteral("load_pickers:")} << none;
+    QTest::newRow("array among strings")
+        << QVector<picker_mel_value>{text("open"), text("x"),
+                                     picker_mel_value::array({QStringLiteral("y")})}
+        << none
+        << QStringList{
+               parseError.arg(QStringLiteral("(kInvalidParameter): Argument is not a string"))};
+    QTest::newRow("directive as an array")
+        << QVector<picker_mel_value>{picker_mel_value::array({QStringLiteral("open")})} << none
+        << QStringList{
+               parseError.arg(QStringLiteral("(kInvalidParameter): Argument is not a string"))};
+}
+
+void tst_picker_main::argumentGathering() {
+    QFETCH(QVector<picker_mel_value>, argSlots);
+    QFETCH(QStringList, calls);
+    QFETCH(QStringList, log);
+
+    test_window* window = openWindow();
+    QVERIFY(window);
+    QCOMPARE(picker_main::doIt(picker_mel_arg_list(argSlots)).ok(), log.isEmpty());
+    QCOMPARE(window->calls, calls);
+    QCOMPARE(host_->scriptLog(), log);
+}
+
+void tst_picker_main::settingsApplied_data() {
+    QTest::addColumn<QVariant>("storedSize");
+    QTest::addColumn<QVariant>("storedPosition");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QPoint>("position");
+    QTest::addColumn<bool>("centred");
+
+    QTest::newRow("defaults") << QVariant() << QVariant() << QSize(400, 400) << QPoint(120, 100)
+                              << false;
+    QTest::newRow("narrow") << QVariant(QSize(100, 300)) << QVariant(QPoint(10, 20))
+                            << QSize(150, 300) << QPoint(10, 20) << false;
+    QTest::newRow("low widens, keeps the height")
+        << QVariant(QSize(300, 100)) << QVariant(QPoint(10, 20)) << QSize(150, 100)
+        << QPoint(10, 20) << false;
+    QTest::newRow("small") << QVariant(QSize(100, 100)) << QVariant(QPoint(10, 20))
+                           << QSize(150, 100) << QPoint(10, 20) << false;
+    QTest::newRow("far off screen") << QVariant(QSize(200, 180)) << QVariant(QPoint(5000, 5000))
+                                    << QSize(200, 180) << QPoint() << true;
+    QTest::newRow("partly off screen") << QVariant(QSize(200, 180)) << QVariant(QPoint(-10, 30))
+                                       << QSize(200, 180) << QPoint() << true;
+}
+
+void tst_picker_main::settingsApplied() {
+    QFETCH(QVariant, storedSize);
+    QFETCH(QVariant, storedPosition);
+    QFETCH(QSize, size);
+    QFETCH(QPoint, position);
+    QFETCH(bool, centred);
+
+    if (storedSize.isValid())
+        settings().setValue(QStringLiteral("pickerSize"), storedSize);
+    if (storedPosition.isValid())
+        settings().setValue(QStringLiteral("pickerPosition"), storedPosition);
+    QVERIFY(openWindow());
+    QDockWidget* dock = picker_main::dock();
+    QCOMPARE(dock->size(), size);
+    if (centred) {
+        const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+        QCOMPARE(QRect(dock->pos(), dock->size()).center(), available.center());
+    } else {
+        QCOMPARE(dock->pos(), position);
+    }
+}
+
+void tst_picker_main::settingsStoredOnUnload() {
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    settings().setValue(QStringLiteral("pickerSize"), available.size());
+    settings().setValue(QStringLiteral("pickerPosition"), available.topLeft());
+    QVERIFY(openWindow());
+    QDockWidget* dock = picker_main::dock();
+    QCOMPARE(QRect(dock->pos(), dock->size()), available);
+
+    dock->resize(210, 220);
+    dock->move(50, 60);
+    QVERIFY(picker_main::uninitialize().ok());
+    QVERIFY(!picker_main::dock());
+    QCOMPARE(settings().value(QStringLiteral("pickerSize")).toSize(), QSize(210, 220));
+    QCOMPARE(settings().value(QStringLiteral("pickerPosition")).toPoint(), QPoint(50, 60));
+}
+
+QTEST_MAIN(tst_picker_main)
+#include "tst_picker_main.moc"

@@ -1,0 +1,184 @@
+#include "picker_mel.h"
+
+#include <QtTest>
+
+namespace {
+
+// One line per statement: the command, then each word tagged b (bare), q (quoted) or `
+// (backquoted).
+QStringList describe(const picker_mel_script& script) {
+    QStringList lines;
+    for (const picker_mel_statement& statement : script.statements) {
+        if (!statement.definedProcedure.isEmpty()) {
+            lines << QStringLiteral("proc ") + statement.definedProcedure;
+            continue;
+        }
+        QString line = statement.command;
+        for (const picker_mel_word& word : statement.arguments) {
+            const char* tag = word.type == picker_mel_word::kind::bare     ? " b:"
+                              : word.type == picker_mel_word::kind::quoted ? " q:"
+                                                                           : " `:";
+            line += QLatin1String(tag) + word.text;
+        }
+        lines << line;
+    }
+    return lines;
+}
+
+} // namespace
+
+class tst_picker_mel : public QObject {
+    Q_OBJECT
+private slots:
+    void parse_data();
+    void parse();
+    void parseErrors_data();
+    void parseErrors();
+    void quote_data();
+    void quote();
+    void quotedValueSurvivesParsing_data();
+    void quotedValueSurvivesParsing();
+    void argumentSlots();
+};
+
+void tst_picker_mel::parse_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("statements");
+
+    QTest::newRow("bare words") << QStringLiteral("TalvoraPicker select a:b c")
+                                << QStringList{QStringLiteral("TalvoraPicker b:select b:a:b b:c")};
+    QTest::newRow("no arguments") << QStringLiteral("TalvoraPicker;")
+                                  << QStringList{QStringLiteral("TalvoraPicker")};
+    QTest::newRow("statements split on semicolons")
+        << QStringLiteral("fileInfo \"k\" \"v\"; file -modified 1;")
+        << QStringList{QStringLiteral("fileInfo q:k q:v"), QStringLiteral("file b:-modified b:1")};
+    QTest::newRow("semicolon inside quotes")
+        << QStringLiteral("print \"a;b\"") << QStringList{QStringLiteral("print q:a;b")};
+    QTest::newRow("escapes") << QStringLiteral("print \"q\\\"b\\\\n\\nt\\tx\\y\"")
+                             << QStringList{QStringLiteral("print q:q\"b\\n\nt\tx") +
+                                            QStringLiteral("y")};
+    QTest::newRow("empty string") << QStringLiteral("TalvoraPicker restore \"\"")
+                                  << QStringList{QStringLiteral("TalvoraPicker b:restore q:")};
+    QTest::newRow("backquote with quotes inside")
+        << QStringLiteral("TalvoraPicker restore `fileInfo -q \"TalvoraPickerData\"`;")
+        << QStringList{
+               QStringLiteral("TalvoraPicker b:restore `:fileInfo -q \"TalvoraPickerData\"")};
+    QTest::newRow("backquote inside a quoted string is text")
+        << QStringLiteral("print \"`x`\"") << QStringList{QStringLiteral("print q:`x`")};
+    QTest::newRow("quoted directive")
+        << QStringLiteral("TalvoraPicker \"rebind\" `picker_ListNamespaces`;")
+        << QStringList{QStringLiteral("TalvoraPicker q:rebind `:picker_ListNamespaces")};
+    QTest::newRow("call form") << QStringLiteral("TalvoraPicker(\"save\");")
+                               << QStringList{QStringLiteral("TalvoraPicker q:save")};
+    QTest::newRow("call form, two arguments")
+        << QStringLiteral("TalvoraPicker( \"open\" , \"/a b.pkr\" )")
+        << QStringList{QStringLiteral("TalvoraPicker q:open q:/a b.pkr")};
+    QTest::newRow("call form, empty") << QStringLiteral("picker_ListNamespaces()")
+                                      << QStringList{QStringLiteral("picker_ListNamespaces")};
+    QTest::newRow("comments") << QStringLiteral("// a\nselect -cl; /* b; c */ print \"d\" // e")
+                              << QStringList{QStringLiteral("select b:-cl"),
+                                             QStringLiteral("print q:d")};
+    QTest::newRow("global procedures keep their names only")
+        << QStringLiteral(
+               "global proc string[] f(string $a) { if ($a == \"}\") { print \"x\"; } }\n"
+               "global proc g() {}\nprint \"after\"")
+        << QStringList{QStringLiteral("proc f"), QStringLiteral("proc g"),
+                       QStringLiteral("print q:after")};
+    QTest::newRow("only separators") << QStringLiteral(" ;; \n") << QStringList();
+}
+
+void tst_picker_mel::parse() {
+    QFETCH(QString, text);
+    QFETCH(QStringList, statements);
+    const picker_mel_script script = picker_mel_parse(text);
+    QCOMPARE(script.error, QString());
+    QCOMPARE(describe(script), statements);
+}
+
+void tst_picker_mel::parseErrors_data() {
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("unterminated string") << QStringLiteral("print \"abc");
+    QTest::newRow("trailing backslash") << QStringLiteral("print \"abc\\");
+    QTest::newRow("unterminated backquote") << QStringLiteral("TalvoraPicker restore `fileInfo");
+    QTest::newRow("variable") << QStringLiteral("print $x");
+    QTest::newRow("assignment") << QStringLiteral("$x = 1;");
+    QTest::newRow("unclosed call") << QStringLiteral("TalvoraPicker(\"save\"");
+    QTest::newRow("text after a call") << QStringLiteral("TalvoraPicker(\"save\") x");
+    QTest::newRow("brace") << QStringLiteral("{ print \"x\"; }");
+    QTest::newRow("unterminated procedure") << QStringLiteral("global proc f() { print \"x\";");
+    QTest::newRow("procedure without body") << QStringLiteral("global proc f();");
+    QTest::newRow("global variable") << QStringLiteral("global string $s;");
+    QTest::newRow("error after good statements") << QStringLiteral("print \"a\"; print \"b");
+}
+
+void tst_picker_mel::parseErrors() {
+    QFETCH(QString, text);
+    const picker_mel_script script = picker_mel_parse(text);
+    QVERIFY(!script.error.isEmpty());
+    QVERIFY(script.statements.isEmpty());
+}
+
+void tst_picker_mel::quote_data() {
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("quoted");
+
+    QTest::newRow("plain") << QStringLiteral("hero:L_hand_ctrl")
+                           << QStringLiteral("\"hero:L_hand_ctrl\"");
+    QTest::newRow("empty") << QString() << QStringLiteral("\"\"");
+    QTest::newRow("quote") << QStringLiteral("x\"; print \"pwned")
+                           << QStringLiteral("\"x\\\"; print \\\"pwned\"");
+    QTest::newRow("backslash") << QStringLiteral("a\\") << QStringLiteral("\"a\\\\\"");
+    QTest::newRow("line break") << QStringLiteral("a\nb") << QStringLiteral("\"a\\nb\"");
+}
+
+void tst_picker_mel::quote() {
+    QFETCH(QString, value);
+    QFETCH(QString, quoted);
+    QCOMPARE(picker_mel_quote(value), quoted);
+}
+
+void tst_picker_mel::quotedValueSurvivesParsing_data() {
+    QTest::addColumn<QString>("value");
+    QTest::newRow("hostile") << QStringLiteral("x\"; print \"pwned");
+    QTest::newRow("backquotes") << QStringLiteral("`file -modified 1`");
+    QTest::newRow("escapes") << QStringLiteral("\\\"\\n\r\t;//");
+}
+
+void tst_picker_mel::quotedValueSurvivesParsing() {
+    QFETCH(QString, value);
+    const picker_mel_script script =
+        picker_mel_parse(QStringLiteral("select ") + picker_mel_quote(value) + QStringLiteral(";"));
+    QCOMPARE(script.error, QString());
+    QCOMPARE(script.statements.size(), 1);
+    QCOMPARE(script.statements.at(0).arguments.size(), 1);
+    QCOMPARE(script.statements.at(0).arguments.at(0).text, value);
+}
+
+void tst_picker_mel::argumentSlots() {
+    const picker_mel_arg_list args(
+        {picker_mel_value::string(QStringLiteral("bind")),
+         picker_mel_value::array({QStringLiteral("a"), QStringLiteral("b")})});
+    host_status status = host_status::failure(QStringLiteral("unset"));
+    QCOMPARE(args.length(&status), 2u);
+    QVERIFY(status.ok());
+
+    QCOMPARE(args.asString(0, &status), QStringLiteral("bind"));
+    QVERIFY(status.ok());
+    args.asString(1, &status);
+    QVERIFY(!status.ok());
+    args.asString(2, &status);
+    QVERIFY(!status.ok());
+
+    unsigned index = 1;
+    QCOMPARE(args.asStringArray(index, &status),
+             (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
+    QVERIFY(status.ok());
+    QCOMPARE(index, 1u);
+    index = 0;
+    args.asStringArray(index, &status);
+    QVERIFY(!status.ok());
+}
+
+QTEST_GUILESS_MAIN(tst_picker_mel)
+#include "tst_picker_mel.moc"
