@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDataStream>
-#include <QDir>
 #include <QDockWidget>
 #include <QFile>
 #include <QInputDialog>
@@ -348,25 +347,35 @@ bool picker_window::postSelection() {
     return true;
 }
 
-bool picker_window::execute_shortcut(QKeyEvent* event) {
-    if (actions().isEmpty() || !hasFocus())
-        return false;
+QList<QAction*> picker_window::actions_for(const QKeyEvent* event) const {
+    QList<QAction*> matching;
     const QKeySequence sequence = sequence_of(event);
-    bool fired = false;
     const QList<QAction*> own = actions();
     for (QAction* action : own) {
-        if (!action->isEnabled())
-            continue;
-        const QList<QKeySequence> shortcuts = action->shortcuts();
-        for (const QKeySequence& shortcut : shortcuts) {
-            if (shortcut == sequence) {
-                action->trigger();
-                fired = true;
-                break;
-            }
-        }
+        if (action->isEnabled() && action->shortcuts().contains(sequence))
+            matching.append(action);
     }
-    return fired;
+    return matching;
+}
+
+bool picker_window::execute_shortcut(QKeyEvent* event) {
+    if (!hasFocus())
+        return false;
+    const QList<QAction*> matching = actions_for(event);
+    for (QAction* action : matching)
+        action->trigger();
+    return !matching.isEmpty();
+}
+
+bool picker_window::event(QEvent* event) {
+    // Qt would settle our own keys itself, and drop those several actions share; claimed here
+    // they arrive as key presses, where every action carrying them fires.
+    if (event->type() == QEvent::ShortcutOverride && hasFocus() &&
+        !actions_for(static_cast<QKeyEvent*>(event)).isEmpty()) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
 }
 
 void picker_window::keyPressEvent(QKeyEvent* event) {
@@ -449,7 +458,9 @@ void picker_window::parse_picker_config(const QString& path) {
 void picker_window::add_recent(const QString& name, const QString& path) {
     if (recent_.isEmpty())
         filem_->addSeparator();
-    recent_.insert(name, QDir::fromNativeSeparators(path));
+    // Configuration files are shared with Windows machines; their paths arrive with backslashes,
+    // which fromNativeSeparators leaves alone here.
+    recent_.insert(name, QString(path).replace(QLatin1Char('\\'), QLatin1Char('/')));
     QAction* action = add_entry(filem_, name, true);
     connect(action, &QAction::triggered, this, &picker_window::open_recent_file);
 }

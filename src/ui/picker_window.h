@@ -74,6 +74,7 @@ public slots:
     void open_recent_file();
 
 protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
     void enterEvent(QEnterEvent* event) override;
@@ -89,6 +90,8 @@ private:
     void make_help_menu();
     QAction* add_entry(QMenu* menu, const QString& text, bool onWindow);
     picker_view* view_at(int index) const;
+    // The window's own enabled actions carrying the event's key sequence, in the order added.
+    QList<QAction*> actions_for(const QKeyEvent* event) const;
     // Scene storage of background images is not built yet; closing a tab already says when an
     // image leaves the scene.
     void removeImageData(const picker_view*) {}

@@ -1,0 +1,333 @@
+#include "picker_view.h"
+#include "picker_window.h"
+#include "ui_test_support.h"
+
+#include <QAbstractButton>
+#include <QClipboard>
+#include <QDataStream>
+#include <QInputDialog>
+#include <QKeySequence>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTest>
+
+namespace {
+
+enum menu_index { file_menu = 0, edit_menu = 1, picker_menu = 2 };
+
+QStringList tab_titles(const QWidget& window) {
+    QStringList titles;
+    for (int i = 0; i < tabs_of(window)->count(); ++i)
+        titles.append(tabs_of(window)->tabText(i));
+    return titles;
+}
+
+} // namespace
+
+class tst_picker_window : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void menu_states_data();
+    void menu_states();
+    void shared_sequence_fires_every_enabled_action();
+    void keys_reach_the_window_only_while_the_pointer_is_over_it();
+    void paste_in_place_keys_do_not_paste_through_the_window();
+    void rename_tab_data();
+    void rename_tab();
+    void close_tab_asks_first_data();
+    void close_tab_asks_first();
+    void stream_from_data();
+    void stream_from();
+    void newer_stream_leaves_tabs_untouched();
+    void reset_leaves_one_untitled_tab();
+
+private:
+    // Shows the window active with keyboard focus, as after the pointer entered it.
+    static bool focus(picker_window& window);
+};
+
+void tst_picker_window::initTestCase() {
+    QStandardPaths::setTestModeEnabled(true);
+    qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
+}
+
+bool tst_picker_window::focus(picker_window& window) {
+    window.show();
+    window.activateWindow();
+    if (!QTest::qWaitForWindowActive(&window))
+        return false;
+    QEnterEvent enter(QPointF(5, 5), QPointF(5, 5), QPointF(5, 5));
+    QApplication::sendEvent(&window, &enter);
+    return window.hasFocus();
+}
+
+void tst_picker_window::menu_states_data() {
+    QTest::addColumn<bool>("withTab");
+    QTest::addColumn<int>("menu");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("enabled");
+
+    struct row {
+        int menu;
+        const char* text;
+        bool withoutTab;
+        bool withTab;
+    };
+    // Edit with a tab: empty undo stack, nothing selected, no picker data on the clipboard.
+    const row rows[] = {
+        {file_menu, "New...", true, true},
+        {file_menu, "Open...", true, true},
+        {file_menu, "Save", false, true},
+        {file_menu, "Save As...", false, true},
+        {file_menu, "Rename Tab...", false, true},
+        {file_menu, "Close Tab...", false, true},
+        {file_menu, "Exit Picker", true, true},
+        {edit_menu, "Can't Undo", false, false},
+        {edit_menu, "Can't Redo", false, false},
+        {edit_menu, "Cut", false, false},
+        {edit_menu, "Copy", false, false},
+        {edit_menu, "Paste", false, false},
+        {edit_menu, "Paste in Place", true, false},
+        {edit_menu, "Hide Toolbox", true, true},
+        {picker_menu, "Add One Button", false, true},
+        {picker_menu, "Add Many Buttons", false, true},
+        {picker_menu, "Update Button", false, true},
+        {picker_menu, "Change Background...", false, true},
+        {picker_menu, "Change Namespace...", true, true},
+    };
+    for (const row& r : rows) {
+        QTest::addRow("no tab: %s", r.text)
+            << false << r.menu << QString::fromUtf8(r.text) << r.withoutTab;
+        QTest::addRow("one tab: %s", r.text)
+            << true << r.menu << QString::fromUtf8(r.text) << r.withTab;
+    }
+}
+
+void tst_picker_window::menu_states() {
+    QFETCH(bool, withTab);
+    QFETCH(int, menu);
+    QFETCH(QString, text);
+    QFETCH(bool, enabled);
+
+    QApplication::clipboard()->clear();
+    picker_window window(nullptr);
+    if (!withTab)
+        window.close_tab(0);
+    QCOMPARE(tabs_of(window)->count(), withTab ? 1 : 0);
+    show_menu(window, menu);
+    QAction* action = entry_of(window, menu, text);
+    QVERIFY2(action != nullptr, qPrintable(text));
+    QCOMPARE(action->isEnabled(), enabled);
+}
+
+void tst_picker_window::shared_sequence_fires_every_enabled_action() {
+    picker_window window(nullptr);
+    QAction extra(QStringLiteral("also on Ctrl+N"), &window);
+    window.setWidgetShortcut(&extra, QKeySequence(QStringLiteral("Ctrl+N")));
+    window.addAction(&extra);
+    QAction disabled(QStringLiteral("disabled on Ctrl+N"), &window);
+    window.setWidgetShortcut(&disabled, QKeySequence(QStringLiteral("Ctrl+N")));
+    disabled.setEnabled(false);
+    window.addAction(&disabled);
+    QSignalSpy extraFired(&extra, &QAction::triggered);
+    QSignalSpy disabledFired(&disabled, &QAction::triggered);
+    QVERIFY(focus(window));
+
+    QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
+
+    QCOMPARE(tabs_of(window)->count(), 2);
+    QCOMPARE(extraFired.count(), 1);
+    QCOMPARE(disabledFired.count(), 0);
+}
+
+void tst_picker_window::keys_reach_the_window_only_while_the_pointer_is_over_it() {
+    picker_window window(nullptr);
+    QVERIFY(focus(window));
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&window, &leave);
+    QVERIFY(!window.hasFocus());
+
+    QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
+    QCOMPARE(tabs_of(window)->count(), 1);
+
+    QVERIFY(focus(window));
+    QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
+    QCOMPARE(tabs_of(window)->count(), 2);
+}
+
+void tst_picker_window::paste_in_place_keys_do_not_paste_through_the_window() {
+    auto* mime = new QMimeData;
+    mime->setData(QStringLiteral("application/x-qt-picker-mime;value=\"buttons\""),
+                  QByteArray("x"));
+    QApplication::clipboard()->setMimeData(mime);
+    picker_window window(nullptr);
+    show_menu(window, edit_menu);
+    QAction* inPlace = entry_of(window, edit_menu, QStringLiteral("Paste in Place"));
+    QAction* paste = entry_of(window, edit_menu, QStringLiteral("Paste"));
+    QVERIFY(inPlace != nullptr && paste != nullptr);
+    QVERIFY(inPlace->isEnabled() && paste->isEnabled());
+    QCOMPARE(inPlace->shortcut(), QKeySequence(QStringLiteral("Shift+Ctrl+V")));
+    QSignalSpy inPlaceFired(inPlace, &QAction::triggered);
+    QSignalSpy pasteFired(paste, &QAction::triggered);
+    QVERIFY(focus(window));
+
+    QTest::keyClick(&window, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(inPlaceFired.count(), 0);
+    QCOMPARE(pasteFired.count(), 0);
+
+    QTest::keyClick(&window, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(pasteFired.count(), 1);
+    QCOMPARE(inPlaceFired.count(), 0);
+    QApplication::clipboard()->clear();
+}
+
+void tst_picker_window::rename_tab_data() {
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("accept");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("new name") << QStringLiteral("Arms") << true << QStringLiteral("Arms");
+    QTest::newRow("empty keeps the name") << QString() << true << QStringLiteral("Untitled");
+    QTest::newRow("cancel keeps the name")
+        << QStringLiteral("Arms") << false << QStringLiteral("Untitled");
+}
+
+void tst_picker_window::rename_tab() {
+    QFETCH(QString, typed);
+    QFETCH(bool, accept);
+    QFETCH(QString, expected);
+
+    picker_window window(nullptr);
+    QString shownLabel;
+    QString shownValue;
+    answer_next_dialog([&](QWidget* dialog) {
+        auto* input = qobject_cast<QInputDialog*>(dialog);
+        if (input == nullptr) {
+            dialog->close();
+            return;
+        }
+        shownLabel = input->labelText();
+        shownValue = input->textValue();
+        input->setTextValue(typed);
+        if (accept)
+            input->accept();
+        else
+            input->reject();
+    });
+    entry_of(window, file_menu, QStringLiteral("Rename Tab..."))->trigger();
+
+    QCOMPARE(shownLabel, QStringLiteral("Name"));
+    QCOMPARE(shownValue, QStringLiteral("Untitled"));
+    QCOMPARE(tabs_of(window)->tabText(0), expected);
+}
+
+void tst_picker_window::close_tab_asks_first_data() {
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<int>("tabsLeft");
+
+    QTest::newRow("cancel") << int(QMessageBox::Cancel) << 1;
+    QTest::newRow("ok") << int(QMessageBox::Ok) << 0;
+}
+
+void tst_picker_window::close_tab_asks_first() {
+    QFETCH(int, answer);
+    QFETCH(int, tabsLeft);
+
+    picker_window window(nullptr);
+    QString question;
+    answer_next_dialog([&](QWidget* dialog) {
+        auto* box = qobject_cast<QMessageBox*>(dialog);
+        if (box == nullptr) {
+            dialog->close();
+            return;
+        }
+        question = box->text();
+        box->button(static_cast<QMessageBox::StandardButton>(answer))->click();
+    });
+    QVERIFY(focus(window));
+    QTest::keyClick(&window, Qt::Key_W, Qt::ControlModifier);
+
+    QCOMPARE(question, QStringLiteral("Are you sure you want to close the tab \"Untitled\"?\n\n"
+                                      "All changes will be lost."));
+    QCOMPARE(tabs_of(window)->count(), tabsLeft);
+}
+
+void tst_picker_window::stream_from_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QStringList>("titles");
+    QTest::addColumn<int>("current");
+    QTest::addColumn<int>("buttons");
+
+    const QList<QStringList> two{{QStringLiteral("a"), QStringLiteral("b")}, {QStringLiteral("c")}};
+    QTest::newRow("version 4, second tab current")
+        << tab_stream(4, 1, {{QStringLiteral("Body"), two}, {QStringLiteral("Face"), two}})
+        << QStringList{QStringLiteral("Body"), QStringLiteral("Face")} << 1 << 2;
+    QTest::newRow("version 1, no keys") << tab_stream(1, 0, {{QStringLiteral("Old"), two}})
+                                        << QStringList{QStringLiteral("Old")} << 0 << 2;
+    QTest::newRow("current out of range keeps the first")
+        << tab_stream(4, 7, {{QStringLiteral("A"), {}}, {QStringLiteral("B"), {}}})
+        << QStringList{QStringLiteral("A"), QStringLiteral("B")} << 0 << 0;
+    QTest::newRow("no tabs") << tab_stream(4, -1, {}) << QStringList() << -1 << 0;
+}
+
+void tst_picker_window::stream_from() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(QStringList, titles);
+    QFETCH(int, current);
+    QFETCH(int, buttons);
+
+    picker_window window(nullptr);
+    QDataStream in(bytes);
+    window.streamFrom(in);
+
+    QCOMPARE(tab_titles(window), titles);
+    QCOMPARE(tabs_of(window)->currentIndex(), current);
+    if (current >= 0)
+        QCOMPARE(window.frontPicker()->buttons()->size(), buttons);
+}
+
+void tst_picker_window::newer_stream_leaves_tabs_untouched() {
+    picker_window window(nullptr);
+    window.new_tab();
+    QString warning;
+    QString title;
+    answer_next_dialog([&](QWidget* dialog) {
+        title = dialog->windowTitle();
+        if (auto* box = qobject_cast<QMessageBox*>(dialog))
+            warning = box->text();
+        dialog->close();
+    });
+    const QByteArray bytes =
+        tab_stream(5, 0, {{QStringLiteral("Future"), {{QStringLiteral("a")}}}});
+    QDataStream in(bytes);
+    window.streamFrom(in);
+
+    QCOMPARE(title, QStringLiteral("Warning"));
+    QCOMPARE(warning,
+             QStringLiteral("The scene file contains data\nin a format (5) more recent than the "
+                            "version of the picker\ninstalled in this machine can understand.  "
+                            "Please update\nthe picker, and try again.\n"));
+    QCOMPARE(tab_titles(window),
+             (QStringList{QStringLiteral("Untitled"), QStringLiteral("Untitled")}));
+}
+
+void tst_picker_window::reset_leaves_one_untitled_tab() {
+    picker_window window(nullptr);
+    const QByteArray bytes = tab_stream(
+        4, 0, {{QStringLiteral("A"), {{QStringLiteral("a")}}}, {QStringLiteral("B"), {}}});
+    QDataStream in(bytes);
+    window.streamFrom(in);
+    QCOMPARE(tabs_of(window)->count(), 2);
+
+    window.reset();
+
+    QCOMPARE(tab_titles(window), QStringList{QStringLiteral("Untitled")});
+    QVERIFY(window.frontPicker()->buttons()->isEmpty());
+}
+
+QTEST_MAIN(tst_picker_window)
+#include "tst_picker_window.moc"
