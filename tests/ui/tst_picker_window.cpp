@@ -9,6 +9,7 @@
 #include <QKeySequence>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTest>
@@ -44,6 +45,7 @@ private slots:
     void stream_from();
     void newer_stream_leaves_tabs_untouched();
     void reset_leaves_one_untitled_tab();
+    void about_box_names_version_and_build_hour();
 
 private:
     // Shows the window active with keyboard focus, as after the pointer entered it.
@@ -327,6 +329,28 @@ void tst_picker_window::reset_leaves_one_untitled_tab() {
 
     QCOMPARE(tab_titles(window), QStringList{QStringLiteral("Untitled")});
     QVERIFY(window.frontPicker()->buttons()->isEmpty());
+}
+
+void tst_picker_window::about_box_names_version_and_build_hour() {
+    picker_window window(nullptr);
+    QString title;
+    QString text;
+    answer_next_dialog([&](QWidget* dialog) {
+        title = dialog->windowTitle();
+        if (auto* box = qobject_cast<QMessageBox*>(dialog))
+            text = box->text();
+        dialog->close();
+    });
+    entry_of(window, 3, QStringLiteral("About TalvoraPicker..."))->trigger();
+
+    QCOMPARE(title, QStringLiteral("About"));
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    QCOMPARE(lines.size(), 3);
+    QCOMPARE(lines.at(0), QStringLiteral("TalvoraPicker"));
+    QVERIFY2(QRegularExpression(QStringLiteral("^Version 1\\.4\\.2 \\(build [0-2][0-9]\\)$"))
+                 .match(lines.at(1))
+                 .hasMatch(),
+             qPrintable(lines.at(1)));
 }
 
 QTEST_MAIN(tst_picker_window)
