@@ -31,7 +31,8 @@ public:
 
     picker_view* frontPicker() const;
     void clear_tabs();
-    // The front tab's view goes away with the tab; the window is closing or not.
+    // Removes the tab and deletes its view, without asking; while the window is not closing,
+    // an image no remaining tab uses leaves the scene.
     void close_tab(int index);
 
     static const QStringList& selection();
