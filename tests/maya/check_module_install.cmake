@@ -71,9 +71,11 @@ expect_text("${module}/TalvoraPicker.mod" "${block2025}")
 # Maya finds the plug-in through its two entry points and its API version; nothing else leaves.
 find_program(NM nm)
 if(NM)
-    execute_process(COMMAND ${NM} -D --defined-only "${module}/plug-ins/2025/TalvoraPicker.so"
+    execute_process(
+        COMMAND ${NM} -D -C --defined-only "${module}/plug-ins/2025/TalvoraPicker.so"
         OUTPUT_VARIABLE symbols)
-    foreach(symbol initializePlugin uninitializePlugin MApiVersion)
+    foreach(symbol "initializePlugin\\(Autodesk::Maya::OpenMaya20250000::MObject\\)"
+            "uninitializePlugin\\(Autodesk::Maya::OpenMaya20250000::MObject\\)" "MApiVersion")
         if(NOT symbols MATCHES " ${symbol}\n")
             message(FATAL_ERROR "the plug-in does not export ${symbol}:\n${symbols}")
         endif()
