@@ -371,7 +371,7 @@ host_status picker_embedded_host::runStatement(const picker_mel_statement& state
     const QString& name = statement.command;
     const auto registered = commands_.find(name);
     if (registered != commands_.end())
-        return runRegistered(registered->second, values, name);
+        return runRegistered(registered->second, values);
     const QStringList args = flatten(values);
     if (name == QLatin1String("fileInfo"))
         return runFileInfo(args, result);
@@ -395,8 +395,7 @@ host_status picker_embedded_host::runStatement(const picker_mel_statement& state
 }
 
 host_status picker_embedded_host::runRegistered(picker_command_fn command,
-                                                const QVector<picker_mel_value>& values,
-                                                const QString& name) {
+                                                const QVector<picker_mel_value>& values) {
     // An array passed alone after the first argument stays one slot, as the host hands a MEL
     // array to a command; elsewhere its items become arguments of their own.
     QVector<picker_mel_value> argSlots;
@@ -409,10 +408,8 @@ host_status picker_embedded_host::runRegistered(picker_command_fn command,
             argSlots.append(values.at(i));
         }
     }
-    const host_status status = command(picker_mel_arg_list(argSlots));
-    if (!status)
-        logError(QStringLiteral("%1: %2").arg(name, status.errorString()));
-    return status;
+    // A failed command stops the text; what went wrong is the command's own to report.
+    return command(picker_mel_arg_list(argSlots));
 }
 
 host_status picker_embedded_host::runFileInfo(const QStringList& args, picker_mel_value* result) {

@@ -101,6 +101,7 @@ public:
     // Failing operations answer a failure and change nothing. For callbacks, event limits the
     // failure to that event; empty means all.
     void setFailing(operation which, bool failing, const QString& event = QString());
+    void clearFailures() { failing_.clear(); }
 
 private:
     struct callback_entry {
@@ -125,8 +126,7 @@ private:
                              int depth);
     host_status evaluateArguments(const picker_mel_statement& statement,
                                   QVector<picker_mel_value>& values, int depth);
-    host_status runRegistered(picker_command_fn command, const QVector<picker_mel_value>& values,
-                              const QString& name);
+    host_status runRegistered(picker_command_fn command, const QVector<picker_mel_value>& values);
     host_status runFileInfo(const QStringList& args, picker_mel_value* result);
     host_status runFile(const QStringList& args);
     host_status runSelect(const QStringList& args);
