@@ -165,7 +165,7 @@ void tst_picker_maya_adapter::loadStopsAtFirstFailure_data() {
     for (int i = 0; i < allEvents.size(); ++i) {
         QTest::newRow(qPrintable(allEvents[i]))
             << QStringLiteral("addEventCallback:") + allEvents[i]
-            << QStringList{failed(messages[i])} << command << allEvents.mid(0, i);
+            << QStringList{failed(messages[i])} << command << QStringList(allEvents.mid(0, i));
     }
 }
 
