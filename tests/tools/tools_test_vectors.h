@@ -56,6 +56,12 @@ inline QByteArray fileWithImage() {
            be32(0xffffffff) + text("") + be32(1) + text("select -cl;");
 }
 
+// Version 4, an image whose chunks do not start with IHDR (readers take it), no buttons.
+inline QByteArray fileWithHeaderlessPng() {
+    const QByteArray png = tinyPng();
+    return be32(4) + text("Odd") + text("bg") + be32(1) + png.left(8) + png.mid(33) + be32(0);
+}
+
 // Version 4, a key but no image, no buttons.
 inline QByteArray fileWithKeyOnly() {
     return be32(4) + text("Empty") + text("k") + be32(0) + be32(0);

@@ -77,6 +77,7 @@ void tst_pkrtool::dumpThenBuildKeepsEveryByte_data() {
     QTest::newRow("no image, null label") << fileWithoutImage();
     QTest::newRow("image, null title") << fileWithImage();
     QTest::newRow("key without image, no buttons") << fileWithKeyOnly();
+    QTest::newRow("image without header") << fileWithHeaderlessPng();
     QTest::newRow("core vector") << picker_test_vectors::pkrVersion4();
     QTest::newRow("core vector with image")
         << picker_test_vectors::pkrVersion4WithImage(picker_test_vectors::tinyPng());
@@ -121,6 +122,12 @@ void tst_pkrtool::info_data() {
                                              "buttons: 1\n"
                                              "0  mel command at (1, 1) size 8 label \"\": "
                                              "\"select -cl;\"\n");
+    QTest::newRow("image without header")
+        << fileWithHeaderlessPng()
+        << QStringLiteral("title: \"Odd\"\n"
+                          "format version: 4\n"
+                          "background: \"bg\", unknown size PNG, 45 bytes\n"
+                          "buttons: 0\n");
     QTest::newRow("key only") << fileWithKeyOnly()
                               << QStringLiteral("title: \"Empty\"\n"
                                                 "format version: 4\n"

@@ -124,10 +124,11 @@ QString backgroundLine(const picker_tab_record& tab) {
     if (tab.backgroundPng.isEmpty())
         return QStringLiteral("background: %1, no image\n").arg(quoted(tab.backgroundKey));
     const png_layout png = inspectPng(tab.backgroundPng);
-    return QStringLiteral("background: %1, %2 x %3 PNG, %4 bytes\n")
-        .arg(quoted(tab.backgroundKey))
-        .arg(png.size.width())
-        .arg(png.size.height())
+    const QString size =
+        png.size.isValid() ? QStringLiteral("%1 x %2").arg(png.size.width()).arg(png.size.height())
+                           : QStringLiteral("unknown size");
+    return QStringLiteral("background: %1, %2 PNG, %3 bytes\n")
+        .arg(quoted(tab.backgroundKey), size)
         .arg(tab.backgroundPng.size());
 }
 

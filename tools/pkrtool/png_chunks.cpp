@@ -31,7 +31,6 @@ png_layout inspectPng(const QByteArray& bytes) {
         return layout;
     }
     qint64 offset = png_signature_size;
-    bool first = true;
     while (offset + chunk_overhead <= bytes.size()) {
         const qint64 length = bigEndianAt(bytes, offset);
         const QByteArray type = bytes.mid(offset + 4, 4);
@@ -41,15 +40,10 @@ png_layout inspectPng(const QByteArray& bytes) {
         }
         if (offset + chunk_overhead + length > bytes.size())
             break;
-        if (first) {
-            if (type != "IHDR" || length < 8) {
-                layout.error = QStringLiteral("the PNG data does not start with its header");
-                return layout;
-            }
+        // Readers take any chunk order, so only a leading header gives the size.
+        if (offset == png_signature_size && type == "IHDR" && length >= 8)
             layout.size = QSize(int(bigEndianAt(bytes, offset + 8) & 0x7fffffff),
                                 int(bigEndianAt(bytes, offset + 12) & 0x7fffffff));
-            first = false;
-        }
         offset += chunk_overhead + length;
         if (type == "IEND") {
             if (offset != bytes.size())
