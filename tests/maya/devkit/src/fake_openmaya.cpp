@@ -1,5 +1,7 @@
 // Stand-in OpenMaya: a scene of node names with an active selection, an idle queue, event
 // callbacks and command registration, all observable and breakable through maya_fake.h.
+// The plug-in under test defines MApiVersion; the library it loads into must not.
+#define MNoVersionString
 #include "maya_fake.h"
 
 #include <maya/MArgList.h>
