@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Set-up, build and test in one place, for a fresh Debian 12 machine and for CI.
-#   ./dev.sh run    build and start the picker
+#   ./dev.sh run    build, show the sample picker file, and start the picker
 #   ./dev.sh test   build with Qt 6, Qt 5 and the sanitizers, and run every test
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -48,7 +48,13 @@ case "${1:-}" in
 run)
     ensure_packages
     build build/qt6 -DPICKER_TESTS=OFF -DPICKER_BENCH=OFF
-    exec build/qt6/tools/pkrtool/pkrtool info samples/hero.pkr
+    build/qt6/tools/pkrtool/pkrtool info samples/hero.pkr
+    if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+        exec build/qt6/app/talvora-picker
+    fi
+    echo "== no display: starting talvora-picker offscreen for a moment"
+    QT_QPA_PLATFORM=offscreen build/qt6/app/talvora-picker --smoke
+    echo "== talvora-picker came up and quit cleanly"
     ;;
 test)
     ensure_packages
