@@ -42,6 +42,11 @@ QJsonValue stringOrNull(const QString& text) {
     return text.isNull() ? QJsonValue(QJsonValue::Null) : QJsonValue(text);
 }
 
+QString colorName(QRgb color) {
+    return QLatin1Char('#') +
+           QString::number(color, 16).rightJustified(8, QLatin1Char('0')).toUpper();
+}
+
 QJsonValue enumName(qint32 value, QLatin1String zero, QLatin1String one) {
     if (value == 0)
         return QJsonValue(zero);
@@ -244,11 +249,6 @@ QString placeOf(const QByteArray& text, int offset) {
 }
 
 } // namespace
-
-QString colorName(QRgb color) {
-    return QLatin1Char('#') +
-           QString::number(color, 16).rightJustified(8, QLatin1Char('0')).toUpper();
-}
 
 QJsonObject pickerToJson(const picker_tab_record& tab, qint32 formatVersion) {
     QJsonArray buttons;

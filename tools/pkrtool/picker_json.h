@@ -17,5 +17,3 @@ QByteArray pickerJsonText(const picker_tab_record& tab, qint32 formatVersion);
 QString pickerFromJson(const QJsonObject& object, picker_tab_record& tab);
 // As above, from JSON text; syntax errors say "line L, column C: ...".
 QString pickerFromJsonText(const QByteArray& text, picker_tab_record& tab);
-
-QString colorName(QRgb color);
