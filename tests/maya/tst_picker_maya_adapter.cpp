@@ -36,9 +36,9 @@ std::vector<std::string> toStd(const QStringList& strings) {
 }
 
 // A slot is a string, "[a,b]" an array slot, "?" a slot no string read accepts.
-std::vector<maya_fake::arg> argSlots(const QStringList& spec) {
+std::vector<maya_fake::arg> argSlots(const QStringList& written) {
     std::vector<maya_fake::arg> args;
-    for (const QString& slot : spec) {
+    for (const QString& slot : written) {
         if (slot == QLatin1String("?"))
             args.push_back(maya_fake::unreadable());
         else if (slot.startsWith(QLatin1Char('[')))
