@@ -2,6 +2,7 @@
 
 #include "picker_stream.h"
 
+#include <QBuffer>
 #include <QDataStream>
 #include <QIODevice>
 
@@ -73,6 +74,21 @@ void writePickerFile(QIODevice& device, const picker_tab_record& tab) {
     stream.setVersion(picker_file_stream_version);
     stream << picker_format_version;
     writeTabBody(stream, tab);
+}
+
+QByteArray pickerFileBytes(const picker_tab_record& tab) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    writePickerFile(buffer, tab);
+    return bytes;
+}
+
+picker_read_result readPickerFile(const QByteArray& bytes, picker_tab_record& tab) {
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    return readPickerFile(buffer, tab);
 }
 
 picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab) {

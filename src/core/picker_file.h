@@ -19,7 +19,7 @@ constexpr int picker_file_stream_version = 7;
 struct picker_tab_record {
     QString title;
     QString backgroundKey;
-    QByteArray backgroundPng;  // empty for no image
+    QByteArray backgroundPng; // empty for no image
     button_att_list buttons;
 
     bool operator==(const picker_tab_record& other) const;
@@ -41,6 +41,9 @@ struct picker_read_result {
 
 void writePickerFile(QIODevice& device, const picker_tab_record& tab);
 picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab);
+// The same for a file held whole in memory.
+QByteArray pickerFileBytes(const picker_tab_record& tab);
+picker_read_result readPickerFile(const QByteArray& bytes, picker_tab_record& tab);
 
 // The tab stream of all tabs; the caller sets the stream's version. A newer format version than
 // this program knows is refused with nothing read past it (result version tells which).

@@ -50,14 +50,6 @@ picker_read_result readFile(const QByteArray& bytes, picker_tab_record& tab,
     return result;
 }
 
-QByteArray writtenFile(const picker_tab_record& tab) {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    writePickerFile(buffer, tab);
-    return bytes;
-}
-
 picker_read_result readTabs(const QByteArray& bytes, picker_tab_set& set) {
     QDataStream stream(bytes);
     return readTabStream(stream, set);
@@ -104,7 +96,7 @@ private slots:
         picker_tab_record tab;
         tab.title = text("Arm");
         tab.buttons = {selectionButton(), commandButton()};
-        QCOMPARE(writtenFile(tab).toHex(), picker_test_vectors::pkrVersion4().toHex());
+        QCOMPARE(pickerFileBytes(tab).toHex(), picker_test_vectors::pkrVersion4().toHex());
     }
 
     void pkrWithImage_data() {
@@ -136,7 +128,7 @@ private slots:
                 QCOMPARE(pixelOf(tab.backgroundPng, x, y), pixels.pixel(x, y));
             }
         }
-        QCOMPARE(writtenFile(tab).toHex(), bytes.toHex());
+        QCOMPARE(pickerFileBytes(tab).toHex(), bytes.toHex());
     }
 
     void readOlderAndNewerPkr_data() {

@@ -4,7 +4,6 @@
 #include "picker_json.h"
 #include "png_chunks.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QIODevice>
 #include <QSaveFile>
@@ -189,13 +188,7 @@ int runBuild(const pkrtool_arguments& arguments, QIODevice& err) {
         return fail(
             err,
             QStringLiteral("'%1' is not a picker description: %2").arg(arguments.input, fault));
-    QByteArray bytes;
-    {
-        QBuffer buffer(&bytes);
-        buffer.open(QIODevice::WriteOnly);
-        writePickerFile(buffer, tab);
-    }
-    return writeFile(arguments.output, bytes, err) ? pkrtool_ok : pkrtool_failed;
+    return writeFile(arguments.output, pickerFileBytes(tab), err) ? pkrtool_ok : pkrtool_failed;
 }
 
 } // namespace
