@@ -18,13 +18,6 @@ namespace {
 
 enum menu_index { file_menu = 0, edit_menu = 1, picker_menu = 2 };
 
-QStringList tab_titles(const QWidget& window) {
-    QStringList titles;
-    for (int i = 0; i < tabs_of(window)->count(); ++i)
-        titles.append(tabs_of(window)->tabText(i));
-    return titles;
-}
-
 } // namespace
 
 class tst_picker_window : public QObject {

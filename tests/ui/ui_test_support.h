@@ -37,6 +37,13 @@ inline QTabWidget* tabs_of(const QWidget& window) {
     return window.findChild<QTabWidget*>();
 }
 
+inline QStringList tab_titles(const QWidget& window) {
+    QStringList titles;
+    for (int i = 0; i < tabs_of(window)->count(); ++i)
+        titles.append(tabs_of(window)->tabText(i));
+    return titles;
+}
+
 // Hands the next modal dialog to answer once it is up; the dialog's exec() returns when answer
 // closes it.
 inline void answer_next_dialog(std::function<void(QWidget*)> answer) {
