@@ -13,6 +13,10 @@ inline QByteArray hex(const char* text) {
     return QByteArray::fromHex(QByteArray(text));
 }
 
+inline QString text(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
+
 // A 2x1 RGBA PNG: an opaque red pixel, then blue at alpha 0x80.
 inline QByteArray tinyPng() {
     return hex("89504e470d0a1a0a"
@@ -76,6 +80,12 @@ inline QByteArray buttonListVersion1() {
     return hex("00000002"
                "00000000 00000005 00000006 00000008 ff00ff00 00000000 00000001 00000002 0061"
                "00000001 fffffffb 00000000 00000004 ff0000ff 00000002 0062 00000001 00000002 0062");
+}
+
+// The buttons that buttonListVersion1() describes.
+inline button_att_list buttonsVersion1() {
+    return {makeButton(QPoint(5, 6), 8, 0, 0, 0xFF00FF00, 0x00FFFFFF, text(""), {text("a")}),
+            makeButton(QPoint(-5, 0), 4, 0, 0, 0xFF0000FF, 0x00FFFFFF, text("b"), {text("b")})};
 }
 
 // Version 3 layout (type and api, no label colour): index 0 at (1, 2) size 3, command MEL,
