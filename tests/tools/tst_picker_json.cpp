@@ -56,8 +56,6 @@ class tst_picker_json : public QObject {
 private slots:
     void fileToJson_data();
     void fileToJson();
-    void jsonToFile_data();
-    void jsonToFile();
     void olderFormatDumpsWhatWasRead();
     void shortColourIsOpaque();
     void badDescriptionSaysWhere_data();
@@ -79,18 +77,6 @@ void tst_picker_json::fileToJson() {
     qint32 version = 0;
     const picker_tab_record tab = readBytes(file, &version);
     QCOMPARE(pickerToJson(tab, version), QJsonDocument::fromJson(json).object());
-}
-
-void tst_picker_json::jsonToFile_data() {
-    fileToJson_data();
-}
-
-void tst_picker_json::jsonToFile() {
-    QFETCH(QByteArray, file);
-    QFETCH(QByteArray, json);
-    picker_tab_record tab;
-    QCOMPARE(pickerFromJsonText(json, tab), QString());
-    QCOMPARE(pickerFileBytes(tab).toHex(), file.toHex());
 }
 
 void tst_picker_json::olderFormatDumpsWhatWasRead() {
