@@ -111,8 +111,8 @@ private slots:
     void unloadStopsWhenRefused();
     void unloadWithoutWindow();
 
+    void firstRunCreatesTheDock_data();
     void firstRunCreatesTheDock();
-    void dockWithoutMainWindow();
     void commandWithoutArguments();
 
     void selectAndClear_data();
@@ -212,7 +212,15 @@ void tst_picker_main::unloadWithoutWindow() {
     QVERIFY(host_->scriptLog().isEmpty());
 }
 
+void tst_picker_main::firstRunCreatesTheDock_data() {
+    QTest::addColumn<bool>("batch");
+    QTest::newRow("on the main window") << false;
+    QTest::newRow("batch host, no main window") << true;
+}
+
 void tst_picker_main::firstRunCreatesTheDock() {
+    QFETCH(bool, batch);
+    host_->setBatchMode(batch);
     QVERIFY(picker_main::initialize(*host_, &make_test_window).ok());
     QVERIFY(!picker_main::dock());
     QVERIFY(host_->executeCommand(QStringLiteral("TalvoraPicker")).ok());
@@ -223,6 +231,7 @@ void tst_picker_main::firstRunCreatesTheDock() {
     QCOMPARE(dock->windowTitle(), QStringLiteral("TalvoraPicker"));
     QVERIFY(!dock->windowIcon().isNull());
     QCOMPARE(dock->parentWidget(), host_->mainWindow());
+    QCOMPARE(dock->parentWidget() == nullptr, batch);
     QVERIFY(dock->isFloating());
     QVERIFY(dock->isVisible());
     QCOMPARE(dock->allowedAreas(), Qt::DockWidgetAreas(Qt::NoDockWidgetArea));
@@ -240,18 +249,6 @@ void tst_picker_main::firstRunCreatesTheDock() {
     QCOMPARE(lastWindow->calls,
              (QStringList{QStringLiteral("setSelection:"), QStringLiteral("reset")}));
     QCOMPARE(host_->scriptLog(), QStringList());
-}
-
-void tst_picker_main::dockWithoutMainWindow() {
-    host_->setBatchMode(true);
-    QVERIFY(openWindow());
-    QDockWidget* dock = picker_main::dock();
-    QVERIFY(dock);
-    QVERIFY(!dock->parentWidget());
-    QVERIFY(dock->isVisible());
-    QVERIFY(picker_main::uninitialize().ok());
-    QVERIFY(!picker_main::dock());
-    QVERIFY(!lastWindow);
 }
 
 void tst_picker_main::commandWithoutArguments() {
@@ -432,8 +429,6 @@ void tst_picker_main::directives_data() {
     const QStringList none;
     QTest::newRow("save") << QStringLiteral("TalvoraPicker save")
                           << QStringList{QStringLiteral("save_current")} << none;
-    QTest::newRow("save, call form") << QStringLiteral("TalvoraPicker(\"save\");")
-                                     << QStringList{QStringLiteral("save_current")} << none;
     QTest::newRow("saveas") << QStringLiteral("TalvoraPicker saveas")
                             << QStringList{QStringLiteral("saveas_current")} << none;
     QTest::newRow("open") << QStringLiteral("TalvoraPicker open \"/p/a.pkr\" \"/p/b c.pkr\"")
