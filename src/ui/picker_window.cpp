@@ -1,7 +1,7 @@
 #include "picker_window.h"
 
 #include "picker_file.h"
-#include "picker_mel.h"
+#include "picker_mel_quote.h"
 #include "picker_selection.h"
 #include "picker_view.h"
 

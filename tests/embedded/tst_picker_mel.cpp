@@ -1,4 +1,5 @@
 #include "picker_mel.h"
+#include "picker_mel_quote.h"
 
 #include <QtTest>
 
