@@ -1,7 +1,13 @@
 #include "picker_view.h"
 
-#include <QColor>
-#include <QPainter>
+#include "picker_mouse_cmd.h"
+
+#include <QDataStream>
+#include <QMenu>
+#include <QResizeEvent>
+#include <QWheelEvent>
+
+#include <cmath>
 
 namespace {
 
@@ -11,14 +17,206 @@ QRect square_around(const QPoint& centre, int size) {
     return bounds;
 }
 
+// The rectangle of four separately mapped edges, sized by their plain differences.
+QRect edges_rect(float left, float top, float right, float bottom) {
+    const int l = static_cast<int>(left);
+    const int t = static_cast<int>(top);
+    return QRect(l, t, static_cast<int>(right) - l, static_cast<int>(bottom) - t);
+}
+
 } // namespace
 
-picker_view::picker_view(QWidget* parent) : QWidget(parent) {}
+float limitZoom(float z) {
+    if (z < 0.25f)
+        return 0.25f;
+    if (z > 16.0f)
+        return 16.0f;
+    return z;
+}
 
-void picker_view::setBackground(const QString& key, const QPixmap& image) {
-    backgroundKey_ = key;
-    background_ = image;
+float mix_fn(float t, float a, float b) {
+    return (b - a) * t + a;
+}
+
+double round_fn(double x) {
+    return static_cast<double>(static_cast<int>(x + 0.5));
+}
+
+picker_view::picker_view(picker_window* window, QWidget* parent)
+    : QWidget(parent), window_(window), overlay_(this) {
+    build_input();
+    connect(&timer_, &QTimer::timeout, this, &picker_view::animate_zoom);
+}
+
+picker_view::~picker_view() {
+    reset_buttons();
+}
+
+void picker_view::setBackground(const QString& key, const QPixmap& pixmap) {
+    bkey_ = key;
+    back_ = pixmap;
     update();
+}
+
+void picker_view::update_toolbox() {}
+
+QPoint picker_view::mapToPicker(const QPoint& p) const {
+    const double x = static_cast<float>(p.x() - shift_.x()) / zoom_;
+    const double y = static_cast<float>(p.y() - shift_.y()) / zoom_;
+    return QPoint(static_cast<int>(x), static_cast<int>(y));
+}
+
+QRect picker_view::mapToPicker(const QRect& r) const {
+    return edges_rect(static_cast<float>((r.left() - shift_.x()) / zoom_),
+                      static_cast<float>((r.top() - shift_.y()) / zoom_),
+                      static_cast<float>((r.right() - shift_.x()) / zoom_),
+                      static_cast<float>((r.bottom() - shift_.y()) / zoom_));
+}
+
+QPoint picker_view::mapToScreen(const QPoint& p) const {
+    const double x = shift_.x() + static_cast<double>(static_cast<float>(p.x())) * zoom_;
+    const double y = shift_.y() + static_cast<double>(static_cast<float>(p.y())) * zoom_;
+    return QPoint(static_cast<int>(x), static_cast<int>(y));
+}
+
+QRect picker_view::mapToScreen(const QRect& r) const {
+    return edges_rect(static_cast<float>(shift_.x() + r.left() * zoom_),
+                      static_cast<float>(shift_.y() + r.top() * zoom_),
+                      static_cast<float>(shift_.x() + r.right() * zoom_),
+                      static_cast<float>(shift_.y() + r.bottom() * zoom_));
+}
+
+QRectF picker_view::mapToScreenF(const QRect& r) const {
+    const double l = shift_.x() + r.left() * zoom_;
+    const double t = shift_.y() + r.top() * zoom_;
+    const double rt = shift_.x() + r.right() * zoom_;
+    const double b = shift_.y() + r.bottom() * zoom_;
+    return QRectF(l, t, rt - l, b - t);
+}
+
+void picker_view::setShift(const QPoint& s) {
+    if (s == shift_)
+        return;
+    shift_ = s;
+    update();
+}
+
+void picker_view::setZoom(float z, const QPoint& anchor) {
+    z = limitZoom(z);
+    if (zoom_ == static_cast<double>(z))
+        return;
+    const QPoint p = mapToPicker(anchor);
+    const QPoint before = mapToScreen(p);
+    zoom_ = z;
+    const QPoint after = mapToScreen(p);
+    shift_ += before - after;
+    update();
+}
+
+void picker_view::zoomWindow(float z, const QPoint& shift) {
+    if (static_cast<double>(z) == zoom_ && shift == shift_)
+        return;
+    animate_.time = 0.0f;
+    animate_.start.zoom = static_cast<float>(zoom_);
+    animate_.start.shift = shift_;
+    animate_.target.zoom = z;
+    animate_.target.shift = shift;
+    timer_.start(20);
+}
+
+void picker_view::animate_zoom() {
+    animate_.time += 0.125f;
+    const float time = animate_.time;
+    if (time < 1.0f) {
+        const float t = 3.0f * time * time - 2.0f * time * time * time;
+        zoom_ = mix_fn(t, animate_.start.zoom, animate_.target.zoom);
+        shift_.setX(static_cast<int>(mix_fn(t, static_cast<float>(animate_.start.shift.x()),
+                                            static_cast<float>(animate_.target.shift.x()))));
+        shift_.setY(static_cast<int>(mix_fn(t, static_cast<float>(animate_.start.shift.y()),
+                                            static_cast<float>(animate_.target.shift.y()))));
+    } else {
+        timer_.stop();
+        zoom_ = animate_.target.zoom;
+        shift_ = animate_.target.shift;
+    }
+    update();
+}
+
+void picker_view::reset_view() {
+    zoomWindow(1.0f, QPoint(0, 0));
+    update();
+}
+
+void picker_view::frame_view() {
+    frameBounds(button_bounds(any_selected()), false);
+}
+
+void picker_view::frameBounds(const QRect& bounds, bool noZoomIn) {
+    if (bounds.isEmpty())
+        return;
+    const auto zx = static_cast<float>(static_cast<float>(width()) / bounds.width() * 0.75);
+    const auto zy = static_cast<float>(static_cast<float>(height()) / bounds.height() * 0.75);
+    float z = limitZoom(zy > zx ? zx : zy);
+    if (noZoomIn && static_cast<double>(z) > zoom_)
+        z = static_cast<float>(zoom_);
+    const QPoint c = bounds.center();
+    const int x = static_cast<int>(static_cast<float>(width() / 2) - c.x() * z);
+    const int y = static_cast<int>(static_cast<float>(height() / 2) - c.y() * z);
+    zoomWindow(z, QPoint(x, y));
+}
+
+QRect picker_view::button_bounds(bool selectedOnly) const {
+    QRect all;
+    bool first = true;
+    for (const buttonRecord& button : blist_) {
+        if (selectedOnly && button.selected == buttonRecord::None)
+            continue;
+        if (first)
+            all = button.bounds;
+        else
+            all |= button.bounds;
+        first = false;
+    }
+    return first ? QRect(0, 0, 0, 0) : all;
+}
+
+bool picker_view::any_selected() const {
+    for (const buttonRecord& button : blist_) {
+        if (button.selected != buttonRecord::None)
+            return true;
+    }
+    return false;
+}
+
+button_att_list picker_view::getButtons() const {
+    button_att_list lit;
+    for (const buttonRecord& button : blist_) {
+        if (button.selected != buttonRecord::None)
+            lit.append(button.att);
+    }
+    return lit;
+}
+
+void picker_view::resizeEvent(QResizeEvent* e) {
+    QWidget::resizeEvent(e);
+    overlay_.banner()->resize(e->size().width(), e->size().height());
+}
+
+void picker_view::wheelEvent(QWheelEvent* e) {
+    if (e->buttons() != Qt::NoButton)
+        return;
+    int n = e->angleDelta().y() / 60;
+    auto z = static_cast<float>(zoom_);
+    // A notch of 120 is two counts, of which the first is swallowed: the factor applies |n| - 1
+    // times.
+    if (n > 0) {
+        while (--n > 0)
+            z *= 1.0625f;
+    } else {
+        while (++n < 0)
+            z *= 0.9375f;
+    }
+    setZoom(z, e->position().toPoint());
 }
 
 int picker_view::push_button(const buttonAttributes& att, int index) {
@@ -26,7 +224,8 @@ int picker_view::push_button(const buttonAttributes& att, int index) {
     record.att = att;
     record.selected = buttonRecord::None;
     record.which = sel_list(att.sel.size(), 0);
-    record.bounds = square_around(att.pos, att.size);
+    set_button_size(&record, att.size);
+    lastButton_ = nullptr;
     if (index < 0 || index > blist_.size()) {
         blist_.append(record);
         return static_cast<int>(blist_.size()) - 1;
@@ -36,23 +235,37 @@ int picker_view::push_button(const buttonAttributes& att, int index) {
 }
 
 void picker_view::pop_button(int index) {
-    if (index >= 0 && index < blist_.size())
-        blist_.removeAt(index);
+    if (index < 0 || index >= blist_.size())
+        return;
+    lastButton_ = nullptr;
+    blist_.removeAt(index);
 }
 
 void picker_view::reset_buttons() {
     if (blist_.isEmpty())
         return;
+    lastButton_ = nullptr;
     undoer_.clear();
     blist_.clear();
 }
 
-bool picker_view::any_selected() const {
-    for (const buttonRecord& button : blist_) {
-        if (button.selected != buttonRecord::None)
-            return true;
+void picker_view::set_button_size(buttonRecord* rec, int size) {
+    rec->att.size = size;
+    if (!rec->att.label.isEmpty())
+        make_button_label(rec->att, rec);
+    else
+        rec->bounds = square_around(rec->att.pos, size);
+}
+
+void picker_view::set_button_label(buttonRecord* rec, const QString& label) {
+    if (!label.isEmpty()) {
+        rec->att.label = label;
+        make_button_label(rec->att, rec);
+        return;
     }
-    return false;
+    rec->img = QPixmap();
+    rec->att.label.clear();
+    rec->bounds = square_around(rec->att.pos, rec->att.size);
 }
 
 bool picker_view::conform_to_set(const button_set& names) {
@@ -67,7 +280,6 @@ bool picker_view::conform_to_set(const button_set& names) {
             if (held)
                 ++hits;
         }
-        // A button without names counts as fully lit (0 of 0).
         const qint16 lit = hits == sel.size() ? buttonRecord::All
                            : hits < 1         ? buttonRecord::None
                                               : buttonRecord::Some;
@@ -77,6 +289,20 @@ bool picker_view::conform_to_set(const button_set& names) {
         }
     }
     return changed;
+}
+
+bool picker_view::conform_to_selection() {
+    return false;
+}
+
+void picker_view::append_selected(button_set&) const {}
+
+bool picker_view::conform_to_selected() {
+    return false;
+}
+
+bool picker_view::unselect(buttonRecord*) {
+    return false;
 }
 
 bool picker_view::clear_selected() {
@@ -89,6 +315,29 @@ bool picker_view::clear_selected() {
     }
     return any;
 }
+
+bool picker_view::select_bounds(const QRect&, bool) {
+    return false;
+}
+
+void picker_view::select_list(const QVector<int>&, bool) {}
+
+void picker_view::add_one_button() {}
+void picker_view::add_many_buttons() {}
+void picker_view::update_button() {}
+void picker_view::delete_button() {}
+void picker_view::add_command_button() {}
+void picker_view::align_horizontal() {}
+void picker_view::align_vertical() {}
+void picker_view::distribute_horizontal() {}
+void picker_view::distribute_vertical() {}
+void picker_view::adjust_size_up() {}
+void picker_view::adjust_size_down() {}
+void picker_view::nudge_left() {}
+void picker_view::nudge_right() {}
+void picker_view::nudge_up() {}
+void picker_view::nudge_down() {}
+void picker_view::nudge_buttons(int, int) {}
 
 void picker_view::streamTo(QDataStream& stream) const {
     button_att_list attributes;
@@ -103,20 +352,4 @@ void picker_view::streamFrom(QDataStream& stream, int version) {
     const button_att_list attributes = readButtonList(stream, version);
     for (const buttonAttributes& att : attributes)
         push_button(att, -1);
-}
-
-void picker_view::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    if (!background_.isNull())
-        painter.drawPixmap(0, 0, background_);
-    for (const buttonRecord& button : blist_) {
-        QColor fill = QColor::fromRgb(button.att.color);
-        if (button.selected == buttonRecord::All)
-            fill = Qt::white;
-        else if (button.selected == buttonRecord::Some)
-            fill = Qt::gray;
-        painter.fillRect(button.bounds, fill);
-        painter.setPen(Qt::black);
-        painter.drawRect(button.bounds.adjusted(0, 0, -1, -1));
-    }
 }

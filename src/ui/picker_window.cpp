@@ -164,7 +164,7 @@ picker_view* picker_window::frontPicker() const {
 }
 
 void picker_window::new_tab() {
-    auto* view = new picker_view(tabs_);
+    auto* view = new picker_view(this, tabs_);
     tabs_->setCurrentIndex(tabs_->addTab(view, tr("Untitled")));
 }
 
@@ -420,7 +420,7 @@ void picker_window::streamFrom(QDataStream& stream) {
     }
     clear_tabs();
     for (const picker_tab_record& tab : set.tabs) {
-        auto* view = new picker_view(tabs_);
+        auto* view = new picker_view(this, tabs_);
         if (!tab.backgroundKey.isEmpty()) {
             QPixmap image;
             image.loadFromData(tab.backgroundPng, "PNG");
