@@ -1,0 +1,224 @@
+#include "picker_dialog.h"
+
+#include "picker_namespace.h"
+#include "picker_view.h"
+
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QCompleter>
+#include <QFont>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QSettings>
+#include <QTextEdit>
+#include <QVariant>
+
+#include <utility>
+
+namespace {
+
+const char* const size_key = "editCommandWindowSize";
+const char* const pos_key = "editCommandWindowPos";
+const int name_limit = 128;
+
+// A stored value of the wrong type (a hand-edited settings file) reads as the fallback.
+QSize stored_size(const QVariant& value) {
+    return value.userType() == QMetaType::QSize ? value.toSize() : QSize(400, 450);
+}
+
+QPoint stored_pos(const QVariant& value) {
+    return value.userType() == QMetaType::QPoint ? value.toPoint() : QPoint(50, 50);
+}
+
+} // namespace
+
+picker_editCmdDialog::picker_editCmdDialog(picker_view* view, buttonAttributes* attributes)
+    : QDialog(view), view_(view), brp_(attributes) {
+    setModal(true);
+    setSizeGripEnabled(false);
+    setWindowTitle(tr("Edit Command"));
+
+    auto* nameLabel = new QLabel(tr("Name:"), this);
+    auto* languageLabel = new QLabel(tr("Language:"), this);
+    auto* commandLabel = new QLabel(tr("Command:"), this);
+
+    mel_ = new QRadioButton(tr("MEL"), this);
+    python_ = new QRadioButton(tr("Python"), this);
+    auto* languages = new QButtonGroup(this);
+    languages->setExclusive(true);
+    languages->addButton(mel_);
+    languages->addButton(python_);
+    mel_->setChecked(brp_->api == buttonAttributes::Mel);
+    python_->setChecked(brp_->api == buttonAttributes::Python);
+    auto* languageRow = new QHBoxLayout;
+    languageRow->addWidget(mel_);
+    languageRow->addWidget(python_);
+    languageRow->addStretch(1);
+
+    nameEdit_ = new QLineEdit(this);
+    commandEdit_ = new QTextEdit(this);
+    QFont fixed(QStringLiteral("Monospace"), 9);
+    fixed.setStyleHint(QFont::TypeWriter);
+    commandEdit_->setFont(fixed);
+
+    ok_ = new QPushButton(tr("OK"), this);
+    test_ = new QPushButton(tr("Test"), this);
+    cancel_ = new QPushButton(tr("Cancel"), this);
+    auto* buttonRow = new QHBoxLayout;
+    buttonRow->addSpacing(80);
+    buttonRow->addWidget(ok_);
+    buttonRow->addWidget(test_);
+    buttonRow->addWidget(cancel_);
+
+    auto* grid = new QGridLayout(this);
+    grid->setColumnMinimumWidth(0, 80);
+    grid->setColumnMinimumWidth(1, 200);
+    grid->addWidget(nameLabel, 0, 0, Qt::AlignRight);
+    grid->addWidget(nameEdit_, 0, 1);
+    grid->setRowMinimumHeight(1, 5);
+    grid->addWidget(languageLabel, 2, 0, Qt::AlignRight);
+    grid->addLayout(languageRow, 2, 1);
+    grid->setRowMinimumHeight(3, 1);
+    grid->addWidget(commandLabel, 4, 0, Qt::AlignRight | Qt::AlignTop);
+    grid->addWidget(commandEdit_, 4, 1);
+    grid->setRowMinimumHeight(5, 1);
+    grid->addLayout(buttonRow, 6, 0, 1, 2);
+
+    connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
+    connect(test_, &QPushButton::clicked, this, &picker_editCmdDialog::test);
+    connect(cancel_, &QPushButton::clicked, this, &QDialog::reject);
+
+    nameEdit_->setMaxLength(name_limit);
+    nameEdit_->setText(brp_->label);
+    if (!brp_->sel.isEmpty())
+        commandEdit_->setPlainText(brp_->sel.first());
+}
+
+void picker_editCmdDialog::update_button() {
+    brp_->label = nameEdit_->text();
+    const QString script = commandEdit_->toPlainText();
+    if (brp_->sel.isEmpty())
+        brp_->sel.append(script);
+    else
+        brp_->sel.first() = script;
+    if (mel_->isChecked())
+        brp_->api = buttonAttributes::Mel;
+    else if (python_->isChecked())
+        brp_->api = buttonAttributes::Python;
+}
+
+void picker_editCmdDialog::test() {
+    update_button();
+    view_->do_button_action(*brp_);
+}
+
+bool picker_editCmdDialog::do_dialog(picker_view* view, buttonAttributes* attributes) {
+    picker_editCmdDialog dialog(view, attributes);
+    QSettings settings(QStringLiteral("Talvora"), QStringLiteral("picker"));
+    const QString sizeKey = QLatin1String(size_key);
+    const QString posKey = QLatin1String(pos_key);
+    // One key without the other is a half-written record: keep Qt's own placement.
+    if (settings.contains(sizeKey) && settings.contains(posKey)) {
+        dialog.resize(stored_size(settings.value(sizeKey)));
+        dialog.move(stored_pos(settings.value(posKey)));
+    }
+    const int result = dialog.exec();
+    settings.setValue(sizeKey, dialog.size());
+    settings.setValue(posKey, dialog.pos());
+    if (result != QDialog::Accepted)
+        return false;
+    dialog.update_button();
+    return true;
+}
+
+picker_editNamespaceDialog::picker_editNamespaceDialog(QWidget* parent, const QStringList& used,
+                                                       const QStringList& available)
+    : QDialog(parent), view_(qobject_cast<picker_view*>(parent)) {
+    setModal(true);
+    setWindowTitle(tr("Choose Namespace"));
+
+    auto* rows = new QWidget;
+    auto* inner = new QGridLayout(rows);
+    inner->setContentsMargins(5, 3, 5, 3);
+    inner->setVerticalSpacing(2);
+    for (int i = 0; i < used.size(); ++i) {
+        nsPairRecord pair;
+        // Escaped: a namespace taken from a script may hold characters that are markup.
+        pair.label = new QLabel(QStringLiteral("<b>%1</b>").arg(used.at(i).toHtmlEscaped()), rows);
+        pair.combo = new QComboBox(rows);
+        pair.combo->setEditable(true);
+        pair.combo->setMinimumWidth(260);
+        pair.combo->completer()->setCompletionMode(QCompleter::InlineCompletion);
+        const namespace_choice choice = namespaceChoice(used.at(i), available);
+        pair.combo->addItems(choice.items);
+        pair.combo->setCurrentIndex(choice.current);
+        inner->addWidget(pair.label, i, 0, Qt::AlignRight);
+        inner->addWidget(pair.combo, i, 1);
+        plist_.append(pair);
+    }
+    auto* scroll = new QScrollArea(this);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(rows);
+
+    ok_ = new QPushButton(tr("OK"), this);
+    cancel_ = new QPushButton(tr("Cancel"), this);
+    auto* buttonRow = new QHBoxLayout;
+    buttonRow->addSpacing(80);
+    buttonRow->addWidget(ok_);
+    buttonRow->addWidget(cancel_);
+
+    auto* outer = new QGridLayout(this);
+    outer->addWidget(new QLabel(tr("Change Current Namespace to:"), this), 0, 0, 1, 2);
+    outer->addWidget(scroll, 1, 0, 1, 2);
+    outer->setRowMinimumHeight(2, 14);
+    outer->addLayout(buttonRow, 3, 0, 1, 2);
+
+    connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
+    connect(cancel_, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+QStringList picker_editNamespaceDialog::chosen() const {
+    QStringList texts;
+    for (const nsPairRecord& pair : plist_)
+        texts.append(pair.combo->currentText());
+    return texts;
+}
+
+bool picker_editNamespaceDialog::do_dialog(picker_view* view, const QStringList& used,
+                                           const QStringList& available) {
+    picker_editNamespaceDialog dialog(view, used, available);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    const rebind_map map = buildRebindMap(used, dialog.chosen());
+    if (map.from.isEmpty() || view->buttons()->isEmpty())
+        return true;
+    bool changed = false;
+    for (buttonRecord& button : *view->buttons()) {
+        const rebind_counts counts = rebindButton(button.att, map);
+        changed = changed || counts.names > 0 || counts.scripts > 0;
+    }
+    if (changed) {
+        // The new names may already be selected in the host.
+        view->conform_to_selection();
+        view->signal_changed();
+        view->refresh();
+    }
+    return true;
+}
+
+void rebind_view(picker_view* view, const QStringList& available, bool force) {
+    if (view == nullptr)
+        return;
+    button_att_list attributes;
+    for (const buttonRecord& button : std::as_const(*view->buttons()))
+        attributes.append(button.att);
+    const QStringList used = collectCurrentNamespace(attributes);
+    if (rebindNeedsDialog(used, available, force))
+        picker_editNamespaceDialog::do_dialog(view, used, available);
+}
