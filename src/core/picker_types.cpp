@@ -5,6 +5,7 @@
 #include "picker_stream.h"
 
 #include <QDataStream>
+#include <QSet>
 
 namespace {
 
@@ -118,9 +119,16 @@ void button_set::remove_button(const buttonRecord& button) {
 }
 
 button_set button_set::fromStringList(const QStringList& names) {
+    // Host selections run to thousands of names; a hash keeps the de-duplication linear.
     button_set set;
+    set.reserve(names.size());
+    QSet<QString> seen;
+    seen.reserve(static_cast<int>(names.size()));
     for (const QString& name : names) {
-        set.append(name);
+        if (!seen.contains(name)) {
+            seen.insert(name);
+            set.QVector<QString>::append(name);
+        }
     }
     return set;
 }

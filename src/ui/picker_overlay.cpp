@@ -1,15 +1,25 @@
 #include "picker_overlay.h"
 
+#include "picker_gesture_cmd.h"
+#include "picker_main.h"
 #include "picker_view.h"
 
 #include <QBrush>
 #include <QColor>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QFont>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPen>
 
 #include <algorithm>
+
+// Resources of a static library are registered by hand, and only from the global namespace.
+static void picker_ui_init_resources() {
+    Q_INIT_RESOURCE(picker_ui);
+}
 
 namespace {
 
@@ -21,7 +31,29 @@ QImage& logo() {
     return image;
 }
 
+// Where the help pages sit: beside the standalone program, or in the Maya module's docs.
+QStringList help_folders() {
+    QStringList folders;
+    const picker_host* host = picker_main::host();
+    const QString loaded = host != nullptr ? host->loadPath() : QString();
+    if (!loaded.isEmpty()) {
+        folders << loaded + QStringLiteral("/help") << loaded + QStringLiteral("/../../docs/help");
+    }
+    folders << QCoreApplication::applicationDirPath() + QStringLiteral("/help");
+    return folders;
+}
+
 } // namespace
+
+QUrl picker_help_url(const QString& page) {
+    const QStringList folders = help_folders();
+    for (const QString& folder : folders) {
+        const QFileInfo file(QDir(folder), page);
+        if (file.exists())
+            return QUrl::fromLocalFile(file.canonicalFilePath());
+    }
+    return QUrl::fromLocalFile(QDir::cleanPath(folders.first() + QLatin1Char('/') + page));
+}
 
 void marquee_overlay::reset() {
     anchor_ = QPoint(0, 0);
@@ -56,6 +88,10 @@ void marquee_overlay::draw(QPainter& p) {
 }
 
 banner_overlay::banner_overlay(picker_view* view) : view_(view) {
+    blist_ << bannerRecord("Quick start", "quick-start.html")
+           << bannerRecord("Editing", "editing.html")
+           << bannerRecord("Namespaces", "namespaces.html")
+           << bannerRecord("Shortcuts", "shortcuts.html");
     resize(view->width(), view->height());
 }
 
@@ -63,8 +99,10 @@ void banner_overlay::resize(int width, int height) {
     if (width < 1 || height < 1)
         return;
     QImage& image = logo();
-    if (image.isNull() || image.width() == 0)
+    if (image.isNull() || image.width() == 0) {
+        picker_ui_init_resources();
         image = QImage(QString::fromLatin1(logo_resource));
+    }
     if (image.isNull())
         return;
     const QFont font(QStringLiteral("Tahoma"), 8);
@@ -114,6 +152,12 @@ bool banner_overlay::click(const QPoint& p) const {
         return false;
     if (bounds_.bottom() - p.y() >= 23 || p.x() - bounds_.left() <= logo().width())
         return false;
+    for (const bannerRecord& entry : blist_) {
+        if (entry.bounds.left() <= p.x() && p.x() <= entry.bounds.right()) {
+            view_->addMouseCommand(std::make_unique<track_url_cmd>(entry.bounds, p, entry.url));
+            return true;
+        }
+    }
     return false;
 }
 

@@ -5,12 +5,16 @@
 #include <QPoint>
 #include <QRect>
 #include <QString>
+#include <QUrl>
 
 #include <memory>
 #include <vector>
 
 class QPainter;
 class picker_view;
+
+// One of the help pages installed with the program or the Maya module, as a file URL.
+QUrl picker_help_url(const QString& page);
 
 // Something painted over a view after its buttons and never saved with the picker.
 class picker_overlay {
@@ -44,8 +48,10 @@ private:
 class banner_overlay : public picker_overlay {
 public:
     struct bannerRecord {
-        bannerRecord(const char* text, const char* address)
-            : label(QString::fromUtf8(text)), url(QString::fromUtf8(address)) {}
+        // address is the name of one of our help pages.
+        bannerRecord(const char* text, const char* page)
+            : label(QString::fromUtf8(text)),
+              url(picker_help_url(QString::fromUtf8(page)).toString()) {}
         QString label;
         QString url;
         QRect bounds; // the clickable band under the label, widget pixels

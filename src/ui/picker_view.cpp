@@ -1,6 +1,11 @@
 #include "picker_view.h"
 
+#include "picker_arrange_cmd.h"
+#include "picker_dialog.h"
+#include "picker_edit_cmd.h"
+#include "picker_gesture_cmd.h"
 #include "picker_mouse_cmd.h"
+#include "picker_window.h"
 
 #include <QDataStream>
 #include <QMenu>
@@ -11,10 +16,9 @@
 
 namespace {
 
+// Half the size to each side of the centre: a 10-unit button at (50, 50) spans 45 to 54.
 QRect square_around(const QPoint& centre, int size) {
-    QRect bounds(0, 0, size, size);
-    bounds.moveCenter(centre);
-    return bounds;
+    return QRect(centre.x() - size / 2, centre.y() - size / 2, size, size);
 }
 
 // The rectangle of four separately mapped edges, sized by their plain differences.
@@ -58,7 +62,10 @@ void picker_view::setBackground(const QString& key, const QPixmap& pixmap) {
     update();
 }
 
-void picker_view::update_toolbox() {}
+void picker_view::update_toolbox() {
+    if (window_ != nullptr)
+        window_->updateControls();
+}
 
 QPoint picker_view::mapToPicker(const QPoint& p) const {
     const double x = static_cast<float>(p.x() - shift_.x()) / zoom_;
@@ -269,6 +276,14 @@ void picker_view::set_button_label(buttonRecord* rec, const QString& label) {
 }
 
 bool picker_view::conform_to_set(const button_set& names) {
+    name_lookup lookup;
+    lookup.reserve(static_cast<int>(names.size()));
+    for (const QString& name : names)
+        lookup.insert(name);
+    return conform_to_set(lookup);
+}
+
+bool picker_view::conform_to_set(const name_lookup& names) {
     bool changed = false;
     for (buttonRecord& button : blist_) {
         const QStringList& sel = button.att.sel;
@@ -292,17 +307,34 @@ bool picker_view::conform_to_set(const button_set& names) {
 }
 
 bool picker_view::conform_to_selection() {
-    return false;
+    const QStringList& names = picker_window::selection();
+    return conform_to_set(name_lookup(names.cbegin(), names.cend()));
 }
 
-void picker_view::append_selected(button_set&) const {}
+void picker_view::append_selected(button_set& out) const {
+    for (const buttonRecord& button : blist_) {
+        if (button.att.type != buttonAttributes::Selection)
+            continue;
+        const int flagged = static_cast<int>(qMin(button.which.size(), button.att.sel.size()));
+        for (int i = 0; i < flagged; ++i) {
+            if (button.which.at(i) != 0)
+                out.append(button.att.sel.at(i));
+        }
+    }
+}
 
 bool picker_view::conform_to_selected() {
-    return false;
+    button_set lit;
+    append_selected(lit);
+    return conform_to_set(lit);
 }
 
-bool picker_view::unselect(buttonRecord*) {
-    return false;
+bool picker_view::unselect(buttonRecord* rec) {
+    button_set lit;
+    append_selected(lit);
+    for (const QString& name : rec->att.sel)
+        lit.removeOne(name);
+    return conform_to_set(lit);
 }
 
 bool picker_view::clear_selected() {
@@ -316,28 +348,120 @@ bool picker_view::clear_selected() {
     return any;
 }
 
-bool picker_view::select_bounds(const QRect&, bool) {
-    return false;
+bool picker_view::select_bounds(const QRect& area, bool add) {
+    bool changed = false;
+    for (buttonRecord& button : blist_) {
+        if (!mapToScreen(button.bounds).intersects(area))
+            continue;
+        if (button.selected != buttonRecord::All) {
+            button.select(false);
+            changed = true;
+        } else if (!add) {
+            button.unselect(false);
+            changed = true;
+        }
+    }
+    return changed;
 }
 
-void picker_view::select_list(const QVector<int>&, bool) {}
+void picker_view::select_list(const QVector<int>& indices, bool flag) {
+    for (const int index : indices) {
+        if (index >= 0 && index < blist_.size())
+            blist_[index].select(flag);
+    }
+}
 
-void picker_view::add_one_button() {}
-void picker_view::add_many_buttons() {}
-void picker_view::update_button() {}
-void picker_view::delete_button() {}
-void picker_view::add_command_button() {}
-void picker_view::align_horizontal() {}
-void picker_view::align_vertical() {}
-void picker_view::distribute_horizontal() {}
-void picker_view::distribute_vertical() {}
-void picker_view::adjust_size_up() {}
-void picker_view::adjust_size_down() {}
-void picker_view::nudge_left() {}
-void picker_view::nudge_right() {}
-void picker_view::nudge_up() {}
-void picker_view::nudge_down() {}
-void picker_view::nudge_buttons(int, int) {}
+void picker_view::add_one_button() {
+    undoer_.push(new add_button_cmd(this, lastClick_, QStringLiteral("Add One Button")));
+}
+
+void picker_view::add_many_buttons() {
+    if (std::unique_ptr<picker_mouse_cmd> pending = std::move(cmd_))
+        pending->finish();
+    cmd_ = std::make_unique<add_manybuttons_cmd>(this);
+    adjustCursor(true);
+}
+
+void picker_view::update_button() {
+    if (any_selected())
+        undoer_.push(new update_buttons_cmd(this, lastButton_, picker_window::selection()));
+}
+
+void picker_view::delete_button() {
+    if (any_selected())
+        undoer_.push(new delete_buttons_cmd(this));
+}
+
+void picker_view::add_command_button() {
+    const buttonRecord* target = find_button(lastClick_);
+    if (target != nullptr && target->att.type == buttonAttributes::Command) {
+        // Not an undo step. The dialog edits a copy, so Test followed by Cancel leaves the
+        // button as it was; the index outlives anything the dialog's event loop does to the list.
+        int index = 0;
+        while (&blist_.at(index) != target)
+            ++index;
+        buttonAttributes copy = target->att;
+        if (!picker_editCmdDialog::do_dialog(this, &copy) || index >= blist_.size())
+            return;
+        buttonRecord& button = blist_[index];
+        button.att = copy;
+        make_button_label(button.att, &button);
+        emit changed();
+        update();
+        return;
+    }
+    auto add = std::make_unique<add_button_cmd>(
+        this, lastClick_, QStringLiteral("Add Command Button"), 0, QString(), QString());
+    if (picker_editCmdDialog::do_dialog(this, add->button()))
+        undoer_.push(add.release());
+}
+
+void picker_view::align_horizontal() {
+    undoer_.push(new arrange_buttons_cmd(this, 0));
+}
+
+void picker_view::align_vertical() {
+    undoer_.push(new arrange_buttons_cmd(this, 1));
+}
+
+void picker_view::distribute_horizontal() {
+    undoer_.push(new arrange_buttons_cmd(this, 2));
+}
+
+void picker_view::distribute_vertical() {
+    undoer_.push(new arrange_buttons_cmd(this, 3));
+}
+
+void picker_view::adjust_size_up() {
+    if (any_selected())
+        undoer_.push(new adjust_size_cmd(this, 1));
+}
+
+void picker_view::adjust_size_down() {
+    if (any_selected())
+        undoer_.push(new adjust_size_cmd(this, -1));
+}
+
+void picker_view::nudge_left() {
+    nudge_buttons(-1, 0);
+}
+
+void picker_view::nudge_right() {
+    nudge_buttons(1, 0);
+}
+
+void picker_view::nudge_up() {
+    nudge_buttons(0, -1);
+}
+
+void picker_view::nudge_down() {
+    nudge_buttons(0, 1);
+}
+
+void picker_view::nudge_buttons(int dx, int dy) {
+    if (any_selected())
+        undoer_.push(new nudge_buttons_cmd(this, QPoint(dx, dy)));
+}
 
 void picker_view::streamTo(QDataStream& stream) const {
     button_att_list attributes;

@@ -9,6 +9,7 @@
 #include <QPoint>
 #include <QRect>
 #include <QRectF>
+#include <QSet>
 #include <QString>
 #include <QTimer>
 #include <QUndoStack>
@@ -31,6 +32,8 @@ class picker_mouse_cmd;
 class picker_window;
 
 using button_list = QList<buttonRecord>;
+// Node names looked up by hash: lighting every button costs one lookup a name.
+using name_lookup = QSet<QString>;
 
 // The view's zoom stays inside [0.25, 16].
 float limitZoom(float z);
@@ -100,8 +103,9 @@ public:
     // The attributes of the lit buttons, in list order (what the clipboard takes).
     button_att_list getButtons() const;
 
-    // Draws canvas, background, buttons meeting area (widget pixels) and overlays.
-    void paint(QPainter& p, const QRect& area);
+    // Draws canvas, background, buttons meeting area (widget pixels) and, unless told not to,
+    // the overlays.
+    void paint(QPainter& p, const QRect& area, bool overlays = true);
     // Builds rec's label image and bounds from att; the label is rendered once at zoom 1.
     void make_button_label(const buttonAttributes& att, buttonRecord* rec);
 
@@ -131,6 +135,7 @@ public:
     // names counts as all). Only flags change, nothing goes back to the host. True when any
     // button's lit state changed.
     bool conform_to_set(const button_set& names);
+    bool conform_to_set(const name_lookup& names);
     bool conform_to_selection();
     void append_selected(button_set& out) const;
     bool conform_to_selected();

@@ -1,11 +1,12 @@
 #include "picker_view.h"
 
-#include <QFileDialog>
+#include "picker_prompt.h"
+#include "picker_window.h"
+
 #include <QFont>
 #include <QFontMetrics>
 #include <QImage>
 #include <QLinearGradient>
-#include <QMessageBox>
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -28,13 +29,14 @@ void picker_view::paintEvent(QPaintEvent* e) {
     paint(painter, e->rect());
 }
 
-void picker_view::paint(QPainter& p, const QRect& area) {
+void picker_view::paint(QPainter& p, const QRect& area, bool overlays) {
     p.setRenderHint(QPainter::Antialiasing, true);
     p.fillRect(area, QBrush(QColor(51, 51, 51, 255)));
     if (!back_.isNull())
         p.drawPixmap(mapToScreen(back_.rect()), back_, back_.rect());
     draw_buttons(p, area);
-    overlay_.draw(p);
+    if (overlays)
+        overlay_.draw(p);
 }
 
 void picker_view::draw_buttons(QPainter& p, const QRect& area) const {
@@ -147,24 +149,34 @@ void picker_view::make_button_label(const buttonAttributes& att, buttonRecord* r
 }
 
 void picker_view::change_background() {
-    const QString file =
-        QFileDialog::getOpenFileName(this, QStringLiteral("Choose Background"), QString(),
-                                     QStringLiteral("Images (*.png *.xpm *.jpg)"));
-    if (!file.isEmpty()) {
-        back_ = QPixmap(file);
-        bkey_ = QString::number(back_.cacheKey(), 10);
+    const QStringList chosen = picker_ask_files({picker_file_question::kind::open_files, this,
+                                                 QStringLiteral("Choose Background"), QString(),
+                                                 QStringLiteral("Images (*.png *.xpm *.jpg)")});
+    if (!chosen.isEmpty()) {
+        if (!back_.isNull() && window_ != nullptr)
+            window_->removeImageData(this);
+        back_ = QPixmap(chosen.first());
+        // A file that does not load leaves the tab without a background, and the scene without
+        // an entry for it.
+        bkey_ = back_.isNull() ? QString() : QString::number(back_.cacheKey(), 10);
+        if (window_ != nullptr)
+            window_->setImageData(this);
         update();
+        signal_changed();
         return;
     }
     if (back_.isNull())
         return;
-    const bool remove = QMessageBox::question(this, QStringLiteral("Background"),
-                                              QStringLiteral("Remove current background image?"),
-                                              QMessageBox::Yes | QMessageBox::Cancel,
-                                              QMessageBox::Cancel) == QMessageBox::Yes;
-    if (!remove)
+    const QMessageBox::StandardButton answer =
+        picker_ask({QMessageBox::Question, this, QStringLiteral("Background"),
+                    QStringLiteral("Remove current background image?"),
+                    QMessageBox::Yes | QMessageBox::Cancel});
+    if (answer != QMessageBox::Yes)
         return;
+    if (window_ != nullptr)
+        window_->removeImageData(this);
     back_ = QPixmap();
-    bkey_ = QString::number(back_.cacheKey(), 10);
+    bkey_.clear();
     update();
+    signal_changed();
 }

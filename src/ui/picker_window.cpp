@@ -138,11 +138,42 @@ void picker_window::make_edit_menu() {
 
 void picker_window::make_picker_menu() {
     addx_ = add_entry(pickm_, QStringLiteral("Add One Button"), true);
+    connect(addx_, &QAction::triggered, this, &picker_window::add_one_button);
     manyx_ = add_entry(pickm_, QStringLiteral("Add Many Buttons"), true);
+    connect(manyx_, &QAction::triggered, this, &picker_window::add_many_buttons);
     updatex_ = add_entry(pickm_, QStringLiteral("Update Button"), true);
+    connect(updatex_, &QAction::triggered, this, &picker_window::update_button);
     pickm_->addSeparator();
     bkgnx_ = add_entry(pickm_, QStringLiteral("Change Background..."), true);
+    connect(bkgnx_, &QAction::triggered, this, &picker_window::change_background);
     namex_ = add_entry(pickm_, QStringLiteral("Change Namespace..."), false);
+}
+
+void picker_window::add_one_button() {
+    picker_view* view = frontPicker();
+    if (view == nullptr || selection().isEmpty())
+        return;
+    view->add_one_button();
+    view->frame_view();
+}
+
+void picker_window::add_many_buttons() {
+    picker_view* view = frontPicker();
+    if (view == nullptr || selection().isEmpty())
+        return;
+    view->add_many_buttons();
+    view->frame_view();
+}
+
+void picker_window::update_button() {
+    picker_view* view = frontPicker();
+    if (view != nullptr && !selection().isEmpty())
+        view->update_button();
+}
+
+void picker_window::change_background() {
+    if (picker_view* view = frontPicker())
+        view->change_background();
 }
 
 void picker_window::make_help_menu() {
@@ -310,13 +341,14 @@ void picker_window::setSelection(const QStringList& names) {
         updatex_->setEnabled(false);
         return;
     }
-    const button_set set = button_set::fromStringList(names);
+    // Hashed once for every tab: each button name costs one lookup, not a scan of the selection.
+    const name_lookup lookup(names.cbegin(), names.cend());
     for (int i = 0; i < tabs_->count(); ++i) {
         picker_view* view = view_at(i);
-        if (view != nullptr && view->conform_to_set(set))
+        if (view != nullptr && view->conform_to_set(lookup))
             view->refresh();
     }
-    const bool any = !set.isEmpty();
+    const bool any = !lookup.isEmpty();
     addx_->setEnabled(any);
     manyx_->setEnabled(any);
     updatex_->setEnabled(any);

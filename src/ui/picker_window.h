@@ -71,6 +71,11 @@ public slots:
     void updatePickerMenu();
     void do_undo();
     void do_redo();
+    // The Picker menu's entries, for the current tab.
+    void add_one_button();
+    void add_many_buttons();
+    void update_button();
+    void change_background();
     void about_dialog();
     void open_recent_file();
 

@@ -1,4 +1,5 @@
 #include "pkrtool_commands.h"
+#include "pkrtool_render.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -6,6 +7,9 @@
 #include <cstdio>
 
 int main(int argc, char* argv[]) {
+    // Drawing needs a GUI application; every other command stays on QtCore.
+    if (argc > 1 && qstrcmp(argv[1], "render") == 0)
+        return renderMain(argc, argv);
     QCoreApplication application(argc, argv);
     QFile out;
     QFile err;

@@ -1,0 +1,182 @@
+// The canvas under the load of a big rig: relighting every tab when the host selection changes,
+// a full repaint, and the hit test under the pointer. Each sits beside the baseline it is judged
+// against.
+#include "picker_view.h"
+#include "picker_window.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QPainter>
+#include <QRandomGenerator>
+#include <QTabWidget>
+
+#include <memory>
+
+namespace {
+
+constexpr int tab_count = 10;
+constexpr int buttons_per_tab = 1000;
+constexpr int selected_names = 500;
+
+QString node_name(int i) {
+    return QStringLiteral("hero_rig:ctrl_%1").arg(i, 5, 10, QLatin1Char('0'));
+}
+
+// 1 to 3 names a button, over a pool of as many nodes as the tab has buttons.
+buttonAttributes rig_button(QRandomGenerator& random, int pool, const QPoint& pos) {
+    buttonAttributes att;
+    att.pos = pos;
+    att.size = 12;
+    att.color = 0xFFB22222;
+    const int names = 1 + static_cast<int>(random.bounded(3));
+    for (int n = 0; n < names; ++n)
+        att.sel << node_name(static_cast<int>(random.bounded(pool)));
+    return att;
+}
+
+struct selection_fixture {
+    selection_fixture() : window(nullptr) {
+        QRandomGenerator random(8);
+        while (window.findChild<QTabWidget*>()->count() < tab_count)
+            window.new_tab();
+        const auto* tabs = window.findChild<QTabWidget*>();
+        for (int t = 0; t < tab_count; ++t) {
+            auto* view = qobject_cast<picker_view*>(tabs->widget(t));
+            for (int i = 0; i < buttons_per_tab; ++i)
+                view->push_button(rig_button(random, buttons_per_tab, QPoint(i % 40, i / 40)), -1);
+            views.append(view);
+        }
+        // Two selections that light different buttons, so every call changes lit states.
+        for (int i = 0; i < selected_names; ++i) {
+            first << node_name(static_cast<int>(random.bounded(buttons_per_tab)));
+            second << node_name(static_cast<int>(random.bounded(buttons_per_tab)));
+        }
+    }
+    picker_window window;
+    QList<picker_view*> views;
+    QStringList first;
+    QStringList second;
+};
+
+// What the rule says written out literally: the selection de-duplicated by scanning, then every
+// name of every button searched for in it.
+void literal_set_selection(const QList<picker_view*>& views, const QStringList& names) {
+    button_set set;
+    for (const QString& name : names) {
+        if (!set.QVector<QString>::contains(name))
+            set.QVector<QString>::append(name);
+    }
+    for (picker_view* view : views) {
+        for (buttonRecord& button : *view->buttons()) {
+            const QStringList& sel = button.att.sel;
+            button.which.resize(sel.size());
+            int hits = 0;
+            for (int i = 0; i < sel.size(); ++i) {
+                button.which[i] = set.QVector<QString>::contains(sel.at(i)) ? 1 : 0;
+                hits += button.which[i];
+            }
+            button.selected = hits == sel.size() ? buttonRecord::All
+                              : hits < 1         ? buttonRecord::None
+                                                 : buttonRecord::Some;
+        }
+        view->refresh();
+    }
+}
+
+void BM_SetSelection_10x1000(benchmark::State& state) {
+    selection_fixture fixture;
+    bool flip = false;
+    for (auto _ : state) {
+        fixture.window.setSelection(flip ? fixture.first : fixture.second);
+        flip = !flip;
+    }
+}
+
+void BM_SetSelection_10x1000_literal(benchmark::State& state) {
+    selection_fixture fixture;
+    bool flip = false;
+    for (auto _ : state) {
+        literal_set_selection(fixture.views, flip ? fixture.first : fixture.second);
+        flip = !flip;
+    }
+}
+
+// 5,000 labelled buttons over a 1920 x 1080 view at zoom 1: both kinds, all three lit states.
+std::unique_ptr<picker_view> labelled_view(double zoom) {
+    auto view = std::make_unique<picker_view>();
+    view->resize(1920, 1080);
+    for (int i = 0; i < 5000; ++i) {
+        buttonAttributes att;
+        att.pos = QPoint(10 + (i % 100) * 19, 12 + (i / 100) * 21);
+        att.size = 16;
+        att.type = i % 2 == 0 ? buttonAttributes::Selection : buttonAttributes::Command;
+        att.color = 0xFF3366CC;
+        att.tcolor = i % 3 == 0 ? 0xFFFFFFFF : 0xFF000000;
+        att.label = QString::number(i % 100);
+        att.sel << node_name(i) << node_name(i + 1);
+        const int index = view->push_button(att, -1);
+        (*view->buttons())[index].selected = static_cast<qint16>(i % 3);
+    }
+    view->setZoom(static_cast<float>(zoom), QPoint(0, 0));
+    return view;
+}
+
+void BM_Repaint_5000Labelled(benchmark::State& state, double zoom) {
+    const std::unique_ptr<picker_view> view = labelled_view(zoom);
+    QImage image(view->size(), QImage::Format_ARGB32_Premultiplied);
+    for (auto _ : state) {
+        QPainter painter(&image);
+        view->paint(painter, view->rect());
+    }
+}
+
+void BM_Repaint_5000Labelled_fill_baseline(benchmark::State& state, double zoom) {
+    const std::unique_ptr<picker_view> view = labelled_view(zoom);
+    QVector<QRect> rects;
+    for (const buttonRecord& button : *view->buttons())
+        rects << view->mapToScreen(button.bounds);
+    QImage image(view->size(), QImage::Format_ARGB32_Premultiplied);
+    const QColor fill(0x33, 0x66, 0xCC);
+    for (auto _ : state) {
+        QPainter painter(&image);
+        for (const QRect& r : rects)
+            painter.fillRect(r, fill);
+    }
+}
+
+void BM_FindButton_5000(benchmark::State& state) {
+    const std::unique_ptr<picker_view> view = labelled_view(1.0);
+    // The last button: every other one is tested first.
+    const QPoint last = view->mapToScreen(view->buttons()->last().att.pos);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(view->find_button(last));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::RegisterBenchmark("BM_SetSelection_10x1000", BM_SetSelection_10x1000)
+        ->Unit(benchmark::kMicrosecond);
+    benchmark::RegisterBenchmark("BM_SetSelection_10x1000_literal", BM_SetSelection_10x1000_literal)
+        ->Unit(benchmark::kMicrosecond);
+    for (const double zoom : {1.0, 2.5}) {
+        const std::string suffix = "/zoom" + QString::number(zoom).toStdString();
+        benchmark::RegisterBenchmark(("BM_Repaint_5000Labelled" + suffix).c_str(),
+                                     BM_Repaint_5000Labelled, zoom)
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(("BM_Repaint_5000Labelled_fill_baseline" + suffix).c_str(),
+                                     BM_Repaint_5000Labelled_fill_baseline, zoom)
+            ->Unit(benchmark::kMillisecond);
+    }
+    benchmark::RegisterBenchmark("BM_FindButton_5000", BM_FindButton_5000)
+        ->Unit(benchmark::kMicrosecond);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
