@@ -64,7 +64,7 @@ picker_window::picker_window(QDockWidget* dock) : QWidget(dock) {
     wlist_->setContentsMargins(0, 0, 0, 0);
     wlist_->setMenuBar(mbar_);
     wlist_->addWidget(tabs_, 0);
-    wlist_->addSpacing(4);
+    tools_ = std::make_unique<picker_toolbox>(this, wlist_, togglex_);
     setLayout(wlist_);
 
     connect(filem_, &QMenu::aboutToShow, this, &picker_window::updateFileMenu);

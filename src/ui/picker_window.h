@@ -2,9 +2,12 @@
 
 #include "picker_config.h"
 #include "picker_main.h"
+#include "picker_toolbox.h"
 
 #include <QStringList>
 #include <QWidget>
+
+#include <memory>
 
 class QAction;
 class QDockWidget;
@@ -30,6 +33,15 @@ public:
     static QWidget* create(QDockWidget* dock);
 
     picker_view* frontPicker() const;
+
+    // The toolbox state that new buttons take.
+    QRgb currentColor() const { return tools_->current().color; }
+    QRgb currentTextColor() const { return tools_->current().textcolor; }
+    QString currentLabel() const { return tools_->current().label; }
+    int currentSize() const { return tools_->current().size; }
+    // Shows the front picker's selection in the toolbox.
+    void updateControls() { tools_->updateControls(); }
+    picker_toolbox* toolbox() const { return tools_.get(); }
     void clear_tabs();
     // Removes the tab and deletes its view, without asking; while the window is not closing,
     // an image no remaining tab uses leaves the scene.
@@ -127,6 +139,8 @@ private:
     QAction* bkgnx_ = nullptr;
     QAction* namex_ = nullptr;
     QAction* togglex_ = nullptr;
+    // Destroyed before the child widgets connected to it, so none reaches a half-destroyed window.
+    std::unique_ptr<picker_toolbox> tools_;
     string_map recent_;
     QVBoxLayout* wlist_ = nullptr;
     bool closing_ = false;
