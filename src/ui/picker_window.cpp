@@ -2,6 +2,7 @@
 
 #include "picker_file.h"
 #include "picker_mel_quote.h"
+#include "picker_prompt.h"
 #include "picker_selection.h"
 #include "picker_view.h"
 
@@ -76,6 +77,7 @@ picker_window::picker_window(QDockWidget* dock) : QWidget(dock) {
 }
 
 picker_window::~picker_window() {
+    flushSceneData();
     closing_ = true;
     clear_tabs();
 }
@@ -97,10 +99,13 @@ void picker_window::make_file_menu(QDockWidget* dock) {
     connect(newx_, &QAction::triggered, this, &picker_window::new_tab);
     openx_ = add_entry(filem_, tr("Open..."), true);
     setWidgetShortcut(openx_, QKeySequence(QStringLiteral("Ctrl+O")));
+    connect(openx_, &QAction::triggered, this, &picker_window::open_tab);
     filem_->addSeparator();
     savex_ = add_entry(filem_, tr("Save"), true);
     setWidgetShortcut(savex_, QKeySequence(QStringLiteral("Ctrl+S")));
+    connect(savex_, &QAction::triggered, this, &picker_window::request_save);
     saveasx_ = add_entry(filem_, tr("Save As..."), true);
+    connect(saveasx_, &QAction::triggered, this, &picker_window::request_saveas);
     filem_->addSeparator();
     renamex_ = add_entry(filem_, tr("Rename Tab..."), true);
     connect(renamex_, &QAction::triggered, this, &picker_window::rename_tab);
@@ -197,43 +202,12 @@ picker_view* picker_window::frontPicker() const {
 void picker_window::new_tab() {
     auto* view = new picker_view(this, tabs_);
     tabs_->setCurrentIndex(tabs_->addTab(view, tr("Untitled")));
+    connect_picker(view);
 }
 
 void picker_window::close_current() {
     if (tabs_->count() > 0 && tabs_->currentIndex() >= 0)
         close_one(tabs_->currentIndex());
-}
-
-void picker_window::close_one(int index) {
-    const QMessageBox::StandardButton answer = QMessageBox::warning(
-        this, tr("Close Tab"),
-        QStringLiteral(
-            "Are you sure you want to close the tab \"%1\"?\n\nAll changes will be lost.")
-            .arg(tabs_->tabText(index)),
-        QMessageBox::Cancel | QMessageBox::Ok);
-    if (answer == QMessageBox::Cancel)
-        return;
-    close_tab(index);
-}
-
-void picker_window::close_tab(int index) {
-    picker_view* view = view_at(index);
-    if (view == nullptr)
-        return;
-    tabs_->removeTab(index);
-    // While the window goes away the scene keeps every image; otherwise an image no remaining tab
-    // uses leaves the scene. The tab now at index is left out of the search on purpose.
-    if (!closing_ && !view->backgroundKey().isEmpty()) {
-        bool shared = false;
-        for (int i = 0; i < tabs_->count() && !shared; ++i) {
-            const picker_view* other = view_at(i);
-            shared =
-                i != index && other != nullptr && other->backgroundKey() == view->backgroundKey();
-        }
-        if (!shared)
-            removeImageData(view);
-    }
-    delete view;
 }
 
 void picker_window::clear_tabs() {
@@ -436,13 +410,13 @@ void picker_window::streamFrom(QDataStream& stream) {
     picker_tab_set set;
     const picker_read_result result = readTabStream(stream, set);
     if (result.version > picker_format_version) {
-        QMessageBox::warning(
-            nullptr, tr("Warning"),
-            QStringLiteral("The scene file contains data\nin a format (%1) more recent than the "
-                           "version of the picker\ninstalled in this machine can understand.  "
-                           "Please update\nthe picker, and try again.\n")
-                .arg(result.version),
-            QMessageBox::Ok);
+        picker_ask(
+            {QMessageBox::Warning, nullptr, tr("Warning"),
+             QStringLiteral("The scene file contains data\nin a format (%1) more recent than the "
+                            "version of the picker\ninstalled in this machine can understand.  "
+                            "Please update\nthe picker, and try again.\n")
+                 .arg(result.version),
+             QMessageBox::Ok});
         return;
     }
     if (!result.ok()) {
@@ -452,26 +426,13 @@ void picker_window::streamFrom(QDataStream& stream) {
     }
     clear_tabs();
     for (const picker_tab_record& tab : set.tabs) {
-        auto* view = new picker_view(this, tabs_);
-        if (!tab.backgroundKey.isEmpty()) {
-            QPixmap image;
-            image.loadFromData(tab.backgroundPng, "PNG");
-            view->setBackground(tab.backgroundKey, image);
-        }
-        for (const buttonAttributes& att : tab.buttons)
-            view->push_button(att, -1);
+        picker_view* view = view_from_record(tab);
+        setImageData(view);
         tabs_->addTab(view, tab.title);
+        connect_picker(view);
     }
     if (set.current >= 0 && set.current < tabs_->count())
         tabs_->setCurrentIndex(set.current);
-}
-
-void picker_window::setBackgroundImage(const QString& key, const QPixmap& image) {
-    for (int i = 0; i < tabs_->count(); ++i) {
-        picker_view* view = view_at(i);
-        if (view != nullptr && view->backgroundKey() == key)
-            view->setBackground(key, image);
-    }
 }
 
 void picker_window::parse_picker_config(const QString& path) {
@@ -504,8 +465,4 @@ void picker_window::open_recent_file() {
     const auto found = recent_.constFind(action->text());
     if (found != recent_.constEnd())
         load_one_picker(found.value());
-}
-
-void picker_window::load_one_picker(const QString& path) {
-    load_pickers(QStringList{path});
 }

@@ -4,6 +4,8 @@
 #include "picker_main.h"
 #include "picker_toolbox.h"
 
+#include <QByteArray>
+#include <QHash>
 #include <QStringList>
 #include <QWidget>
 
@@ -16,8 +18,10 @@ class QKeySequence;
 class QMenu;
 class QMenuBar;
 class QTabWidget;
+class QTimer;
 class QVBoxLayout;
 class picker_view;
+struct picker_tab_record;
 
 // The picker's top-level widget inside the host's dock: tabs of views, the menus, keyboard
 // dispatch and the selection mirror shared by every tab.
@@ -62,21 +66,38 @@ public:
     const string_map& recent() const { return recent_; }
     void load_one_picker(const QString& path);
 
+    // Files: one tab a .pkr file.
+    bool do_save(picker_view* view, const QString& path);
+
+    // Scene storage: all tabs in one scene entry, each background image in one of its own.
+    void streamTo(QDataStream& stream);
+    void setImageData(picker_view* view);
+    void removeImageData(picker_view* view);
+    void fetchImageData(picker_view* view);
+    void connect_picker(picker_view* view);
+    // Writes the tabs into the scene now if a change is waiting; updateSceneData only asks for it.
+    void flushSceneData();
+
     // picker_window_link
     void setSelection(const QStringList& names) override;
     void reset() override;
     void streamFrom(QDataStream& stream) override;
-    void fetchFrontImageData() override {}
+    void fetchFrontImageData() override;
     void setBackgroundImage(const QString& key, const QPixmap& image) override;
-    void save_current() override {}
-    void saveas_current() override {}
-    void load_pickers(const QStringList&) override {}
+    void save_current() override;
+    void saveas_current() override;
+    void load_pickers(const QStringList& paths) override;
     void rebindFront(const QStringList&, bool) override {}
 
 public slots:
     void new_tab();
     void close_current();
     void close_one(int index);
+    void open_tab();
+    void request_save();
+    void request_saveas();
+    // Every change raised while one event is handled ends in a single scene write.
+    void updateSceneData();
     void rename_tab();
     void updateFileMenu();
     void updateEditMenu();
@@ -110,9 +131,12 @@ private:
     picker_view* view_at(int index) const;
     // The window's own enabled actions carrying the event's key sequence, in the order added.
     QList<QAction*> actions_for(const QKeyEvent* event) const;
-    // Scene storage of background images is not built yet; closing a tab already says when an
-    // image leaves the scene.
-    void removeImageData(const picker_view*) {}
+    // A view holding the tab as read from a file or the scene.
+    picker_view* view_from_record(const picker_tab_record& tab);
+    // The tab at index as files and the scene keep it.
+    picker_tab_record tab_record(int index);
+    // The view's background as a PNG file, encoded once per image.
+    QByteArray background_png(const picker_view* view);
 
     QMenuBar* mbar_ = nullptr;
     QTabWidget* tabs_ = nullptr;
@@ -144,4 +168,9 @@ private:
     string_map recent_;
     QVBoxLayout* wlist_ = nullptr;
     bool closing_ = false;
+    // PNG files of the backgrounds by pixmap cache key; a new image has a new key.
+    QHash<qint64, QByteArray> pngs_;
+    // Runs the waiting scene write once the current event is handled.
+    QTimer* sceneTimer_ = nullptr;
+    bool scenePending_ = false;
 };

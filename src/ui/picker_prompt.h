@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QMessageBox>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class QWidget;
+
+// The window's modal questions: message boxes and file choosers. Each goes to the real dialog
+// unless a hook is installed, so a caller without a user (the tests) answers them directly.
+struct picker_message {
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QWidget* parent = nullptr;
+    QString title;
+    QString text;
+    QMessageBox::StandardButtons buttons = QMessageBox::Ok;
+};
+
+struct picker_file_question {
+    enum class kind { open_files, save_file };
+    kind type = kind::open_files;
+    QWidget* parent = nullptr;
+    QString title;
+    QString directory;
+    QString filter;
+};
+
+using picker_message_hook = std::function<QMessageBox::StandardButton(const picker_message&)>;
+// The chosen paths; none when cancelled, at most one for a save.
+using picker_file_hook = std::function<QStringList(const picker_file_question&)>;
+
+QMessageBox::StandardButton picker_ask(const picker_message& message);
+QStringList picker_ask_files(const picker_file_question& question);
+
+// An empty hook brings the real dialogs back.
+void picker_set_message_hook(picker_message_hook hook);
+void picker_set_file_hook(picker_file_hook hook);

@@ -1,0 +1,186 @@
+#include "picker_window.h"
+
+#include "picker_file.h"
+#include "picker_mel_quote.h"
+#include "picker_stream.h"
+#include "picker_view.h"
+
+#include <QBuffer>
+#include <QDataStream>
+#include <QSet>
+#include <QTabWidget>
+#include <QTimer>
+
+namespace {
+
+// Every edit rewrites the whole entry, so speed matters more than size; the reader takes any
+// level.
+constexpr int scene_compression = 1;
+
+const QString file_modified = QStringLiteral("; file -modified 1;");
+
+QString image_entry(const QString& key) {
+    return picker_mel_quote(QStringLiteral("TalvoraPickerImage_") + key);
+}
+
+// Keys are issued as MEL; ours are always the decimal text of a pixmap's cache key.
+bool plain_digits(const QString& key) {
+    if (key.isEmpty())
+        return false;
+    for (const QChar c : key) {
+        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
+            return false;
+    }
+    return true;
+}
+
+void issue(const QString& mel) {
+    if (picker_host* host = picker_main::host())
+        host->executeCommandOnIdle(mel, false);
+}
+
+} // namespace
+
+picker_view* picker_window::view_from_record(const picker_tab_record& tab) {
+    auto* view = new picker_view(this, tabs_);
+    if (!tab.backgroundKey.isEmpty()) {
+        QPixmap image;
+        image.loadFromData(tab.backgroundPng, "PNG");
+        // A key from someone else's file or scene could carry MEL of its own.
+        const QString key =
+            plain_digits(tab.backgroundKey) ? tab.backgroundKey : QString::number(image.cacheKey());
+        if (!image.isNull())
+            pngs_.insert(image.cacheKey(), tab.backgroundPng);
+        view->setBackground(key, image);
+    }
+    for (const buttonAttributes& att : tab.buttons)
+        view->push_button(att, -1);
+    return view;
+}
+
+QByteArray picker_window::background_png(const picker_view* view) {
+    const QPixmap& image = view->background();
+    if (image.isNull())
+        return QByteArray();
+    const auto found = pngs_.constFind(image.cacheKey());
+    if (found != pngs_.constEnd())
+        return found.value();
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    pngs_.insert(image.cacheKey(), png);
+    return png;
+}
+
+picker_tab_record picker_window::tab_record(int index) {
+    picker_tab_record tab;
+    tab.title = tabs_->tabText(index);
+    if (const picker_view* view = view_at(index)) {
+        tab.backgroundKey = view->backgroundKey();
+        if (!tab.backgroundKey.isEmpty())
+            tab.backgroundPng = background_png(view);
+        tab.buttons.reserve(view->buttons().size());
+        for (const buttonRecord& button : view->buttons())
+            tab.buttons.append(button.att);
+    }
+    return tab;
+}
+
+void picker_window::streamTo(QDataStream& stream) {
+    picker_tab_set set;
+    set.current = tabs_->currentIndex();
+    for (int i = 0; i < tabs_->count(); ++i)
+        set.tabs.append(tab_record(i));
+    writeTabStream(stream, set);
+}
+
+void picker_window::connect_picker(picker_view* view) {
+    connect(view, &picker_view::changed, this, &picker_window::updateSceneData);
+}
+
+void picker_window::updateSceneData() {
+    if (sceneTimer_ == nullptr) {
+        sceneTimer_ = new QTimer(this);
+        sceneTimer_->setSingleShot(true);
+        sceneTimer_->setInterval(0);
+        connect(sceneTimer_, &QTimer::timeout, this, &picker_window::flushSceneData);
+    }
+    scenePending_ = true;
+    if (!sceneTimer_->isActive())
+        sceneTimer_->start();
+}
+
+void picker_window::flushSceneData() {
+    if (!scenePending_)
+        return;
+    scenePending_ = false;
+    sceneTimer_->stop();
+    QByteArray bytes;
+    {
+        QDataStream out(&bytes, QIODevice::WriteOnly);
+        streamTo(out);
+    }
+    // Images no tab shows any more are dropped from the cache.
+    QSet<qint64> shown;
+    for (int i = 0; i < tabs_->count(); ++i) {
+        if (const picker_view* view = view_at(i))
+            shown.insert(view->background().cacheKey());
+    }
+    for (auto it = pngs_.begin(); it != pngs_.end();)
+        it = shown.contains(it.key()) ? std::next(it) : pngs_.erase(it);
+
+    const QByteArray text = qCompress(bytes, scene_compression).toBase64();
+    QString mel;
+    mel.reserve(static_cast<int>(text.size()) + 64);
+    mel += QLatin1String("fileInfo \"TalvoraPickerData\" \"");
+    mel += QLatin1String(text);
+    mel += QLatin1Char('"');
+    mel += file_modified;
+    issue(mel);
+}
+
+void picker_window::setImageData(picker_view* view) {
+    if (view == nullptr || view->backgroundKey().isEmpty())
+        return;
+    QByteArray bytes;
+    {
+        QDataStream out(&bytes, QIODevice::WriteOnly);
+        writeImage(out, background_png(view));
+    }
+    QString mel = QStringLiteral("fileInfo ") + image_entry(view->backgroundKey());
+    mel += QLatin1String(" \"");
+    mel += QLatin1String(bytes.toBase64());
+    mel += QLatin1Char('"');
+    mel += file_modified;
+    issue(mel);
+}
+
+void picker_window::removeImageData(picker_view* view) {
+    if (view == nullptr || view->backgroundKey().isEmpty())
+        return;
+    issue(QStringLiteral("fileInfo -remove ") + image_entry(view->backgroundKey()) + file_modified);
+}
+
+void picker_window::fetchImageData(picker_view* view) {
+    if (view == nullptr || view->backgroundKey().isEmpty())
+        return;
+    issue(QStringLiteral("TalvoraPicker fetch_image `fileInfo -q ") +
+          image_entry(view->backgroundKey()) + QStringLiteral("`;"));
+}
+
+void picker_window::fetchFrontImageData() {
+    fetchImageData(frontPicker());
+}
+
+void picker_window::setBackgroundImage(const QString& key, const QPixmap& image) {
+    // The image handed back from the scene is cut short by the directive's byte-count rule; a
+    // picture that did not survive never replaces the one the tab already shows.
+    if (image.isNull())
+        return;
+    for (int i = 0; i < tabs_->count(); ++i) {
+        picker_view* view = view_at(i);
+        if (view != nullptr && view->backgroundKey() == key)
+            view->setBackground(key, image);
+    }
+}
