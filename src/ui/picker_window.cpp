@@ -1,5 +1,6 @@
 #include "picker_window.h"
 
+#include "picker_dialog.h"
 #include "picker_file.h"
 #include "picker_mel_quote.h"
 #include "picker_prompt.h"
@@ -26,7 +27,6 @@
 namespace {
 
 const char* const picker_version = "1.4.2";
-const char* const picker_mime_type = "application/x-qt-picker-mime;value=\"buttons\"";
 
 QKeySequence sequence_of(const QKeyEvent* event) {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -129,14 +129,18 @@ void picker_window::make_edit_menu() {
     editm_->addSeparator();
     cutx_ = add_entry(editm_, tr("Cut"), true);
     setWidgetShortcut(cutx_, QKeySequence(QStringLiteral("Ctrl+X")));
+    connect(cutx_, &QAction::triggered, this, &picker_window::cut_buttons);
     copyx_ = add_entry(editm_, tr("Copy"), true);
     setWidgetShortcut(copyx_, QKeySequence(QStringLiteral("Ctrl+C")));
+    connect(copyx_, &QAction::triggered, this, &picker_window::copy_buttons);
     pastex_ = add_entry(editm_, tr("Paste"), true);
     setWidgetShortcut(pastex_, QKeySequence(QStringLiteral("Ctrl+V")));
+    connect(pastex_, &QAction::triggered, this, &picker_window::paste_buttons);
     // Shown with its keys in the menu but kept off the window, so the keys alone never paste
     // in place.
     inplacex_ = add_entry(editm_, tr("Paste in Place"), false);
     setWidgetShortcut(inplacex_, QKeySequence(QStringLiteral("Shift+Ctrl+V")));
+    connect(inplacex_, &QAction::triggered, this, &picker_window::paste_inplace_buttons);
     editm_->addSeparator();
     togglex_ = add_entry(editm_, QStringLiteral("Hide Toolbox"), true);
 }
@@ -152,6 +156,7 @@ void picker_window::make_picker_menu() {
     bkgnx_ = add_entry(pickm_, QStringLiteral("Change Background..."), true);
     connect(bkgnx_, &QAction::triggered, this, &picker_window::change_background);
     namex_ = add_entry(pickm_, QStringLiteral("Change Namespace..."), false);
+    connect(namex_, &QAction::triggered, this, &picker_window::change_namespace);
 }
 
 void picker_window::add_one_button() {
@@ -284,6 +289,23 @@ void picker_window::do_undo() {
 void picker_window::do_redo() {
     if (picker_view* view = frontPicker())
         view->undoer()->redo();
+}
+
+void picker_window::change_namespace() {
+    request_rebind(true);
+}
+
+void picker_window::request_rebind(bool rebind) {
+    picker_host* host = picker_main::host();
+    if (host == nullptr)
+        return;
+    host->executeCommandOnIdle(QStringLiteral("TalvoraPicker \"%1\" `picker_ListNamespaces`;")
+                                   .arg(rebind ? QStringLiteral("rebind") : QStringLiteral("bind")),
+                               false);
+}
+
+void picker_window::rebindFront(const QStringList& namespaces, bool rebind) {
+    rebind_view(frontPicker(), namespaces, rebind);
 }
 
 void picker_window::about_dialog() {

@@ -3,6 +3,7 @@
 #include "picker_config.h"
 #include "picker_main.h"
 #include "picker_toolbox.h"
+#include "picker_types.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -22,6 +23,14 @@ class QTimer;
 class QVBoxLayout;
 class picker_view;
 struct picker_tab_record;
+
+// The clipboard format of button lists, shared with every other picker window.
+inline constexpr char picker_mime_type[] = "application/x-qt-picker-mime;value=\"buttons\"";
+
+// Puts the buttons on the clipboard as an attribute list, in this format only.
+void copyButtonsToClipboard(const QList<buttonAttributes>& buttons);
+// Pushes one paste step when the clipboard holds the picker's format, even if it reads empty.
+void handle_paste(picker_view* view, bool inplace);
 
 // The picker's top-level widget inside the host's dock: tabs of views, the menus, keyboard
 // dispatch and the selection mirror shared by every tab.
@@ -87,7 +96,8 @@ public:
     void save_current() override;
     void saveas_current() override;
     void load_pickers(const QStringList& paths) override;
-    void rebindFront(const QStringList&, bool) override {}
+    // Namespaces the scene has, as picker_ListNamespaces lists them.
+    void rebindFront(const QStringList& namespaces, bool rebind) override;
 
 public slots:
     void new_tab();
@@ -111,6 +121,14 @@ public slots:
     void change_background();
     void about_dialog();
     void open_recent_file();
+    void cut_buttons();
+    void copy_buttons();
+    void paste_buttons();
+    void paste_inplace_buttons();
+    // Asks the host, on idle, for its namespaces and binds the front picker to them; with rebind
+    // the namespace dialog always shows, otherwise only when a namespace is missing.
+    void request_rebind(bool rebind);
+    void change_namespace();
 
 protected:
     bool event(QEvent* event) override;
