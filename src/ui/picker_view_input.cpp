@@ -1,46 +1,304 @@
 #include "picker_view.h"
 
+#include "picker_gesture_cmd.h"
+#include "picker_main.h"
 #include "picker_mouse_cmd.h"
+#include "picker_window.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QBitmap>
+#include <QIcon>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 
-void picker_view::build_input() {}
+#include <array>
 
-buttonRecord* picker_view::find_button(const QPoint&) {
+namespace {
+
+using cursor_rows = std::array<quint32, 32>;
+
+// A 32 x 32 bitmap from one 32-bit row a line, bit 0 the leftmost pixel.
+QBitmap bitmap_of(const cursor_rows& rows) {
+    std::array<uchar, 32 * 4> bytes{};
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        for (std::size_t b = 0; b < 4; ++b)
+            bytes[row * 4 + b] = static_cast<uchar>(rows[row] >> (8 * b));
+    }
+    return QBitmap::fromData(QSize(32, 32), bytes.data(), QImage::Format_MonoLSB);
+}
+
+QCursor buildEditCursor() {
+    const cursor_rows shape = {0, 2, 6, 10, 18, 34, 66, 130, 258, 514, 2018, 18, 10, 6, 2};
+    const cursor_rows mask = {7,    15,   31,   63,   127, 255, 511, 1023,
+                              2047, 4095, 4095, 4095, 63,  31,  15,  7};
+    return QCursor(bitmap_of(shape), bitmap_of(mask), 1, 1);
+}
+
+// The hot spot sits off the arrow's tip, where the original cursor had it.
+QCursor buildAddManyCursor() {
+    const cursor_rows shape = {0,   1026, 1030, 7950, 1054, 1086, 126, 254,
+                               510, 1022, 2046, 30,   14,   6,    2};
+    const cursor_rows mask = {3587, 3591, 16271, 16287, 16319, 3711, 3839, 511,
+                              1023, 2047, 4095,  4095,  31,    15,   7,    3};
+    return QCursor(bitmap_of(shape), bitmap_of(mask), 7, 1);
+}
+
+QKeySequence sequence_of(const QKeyEvent* e) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return QKeySequence(e->keyCombination());
+#else
+    return QKeySequence(static_cast<int>(e->modifiers()) | e->key());
+#endif
+}
+
+QPoint global_pos(const QMouseEvent* e) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return e->globalPosition().toPoint();
+#else
+    return e->globalPos();
+#endif
+}
+
+// Three names on their own lines and a count of the rest, or all of up to four.
+QString tool_tip_for(const QStringList& names) {
+    if (names.size() <= 4)
+        return names.join(QLatin1Char('\n'));
+    QString text;
+    for (int i = 0; i < 3; ++i)
+        text += names.at(i) + QLatin1Char('\n');
+    return text + picker_view::tr("...and %1 more").arg(names.size() - 3);
+}
+
+} // namespace
+
+void picker_view::build_input() {
+    editCursor_ = buildEditCursor();
+    addmanyCursor_ = buildAddManyCursor();
+
+    menu_ = std::make_unique<QMenu>(tr("Picker"));
+    auto entry = [this](QMenu* menu, const QString& text, void (picker_view::*slot)()) {
+        QAction* action = menu->addAction(text);
+        connect(action, &QAction::triggered, this, slot);
+        addAction(action);
+        return action;
+    };
+    addx_ = entry(menu_.get(), tr("Add One Button"), &picker_view::add_one_button);
+    manyx_ = entry(menu_.get(), tr("Add Many Buttons"), &picker_view::add_many_buttons);
+    updatex_ = entry(menu_.get(), tr("Update Button"), &picker_view::update_button);
+    deletex_ = entry(menu_.get(), tr("Delete Button"), &picker_view::delete_button);
+    setWidgetShortcut(deletex_, QKeySequence(Qt::Key_Backspace));
+    menu_->addSeparator();
+    addcmdx_ = entry(menu_.get(), tr("Add Command Button..."), &picker_view::add_command_button);
+    menu_->addSeparator();
+    resetx_ = entry(menu_.get(), tr("Reset View"), &picker_view::reset_view);
+    setWidgetShortcut(resetx_, QKeySequence(Qt::Key_H));
+    framex_ = entry(menu_.get(), tr("Frame View"), &picker_view::frame_view);
+    setWidgetShortcut(framex_, QKeySequence(Qt::Key_F));
+    menu_->addSeparator();
+
+    QMenu* buttons = menu_->addMenu(tr("Buttons"));
+    alignHx_ = entry(buttons, tr("Align Horizontally"), &picker_view::align_horizontal);
+    alignHx_->setIcon(QIcon(QStringLiteral(":/resources/align-horizontal.png")));
+    alignVx_ = entry(buttons, tr("Align Vertically"), &picker_view::align_vertical);
+    alignVx_->setIcon(QIcon(QStringLiteral(":/resources/align-vertical.png")));
+    spreadHx_ = entry(buttons, tr("Distribute Horizontally"), &picker_view::distribute_horizontal);
+    spreadHx_->setIcon(QIcon(QStringLiteral(":/resources/distribute-horizontal.png")));
+    spreadVx_ = entry(buttons, tr("Distribute Vertically"), &picker_view::distribute_vertical);
+    spreadVx_->setIcon(QIcon(QStringLiteral(":/resources/distribute-vertical.png")));
+    buttons->addSeparator();
+    incSizex_ = entry(buttons, tr("Increase Size"), &picker_view::adjust_size_up);
+    incSizex_->setShortcuts({QKeySequence(Qt::Key_Plus), QKeySequence(Qt::Key_Equal),
+                             QKeySequence(QStringLiteral("Shift++"))});
+    incSizex_->setShortcutContext(Qt::WidgetShortcut);
+    decSizex_ = entry(buttons, tr("Decrease Size"), &picker_view::adjust_size_down);
+    setWidgetShortcut(decSizex_, QKeySequence(Qt::Key_Minus));
+
+    setMouseTracking(true);
+
+    auto nudge = [this](const QString& text, Qt::Key key, void (picker_view::*slot)()) {
+        auto* action = new QAction(text, this);
+        connect(action, &QAction::triggered, this, slot);
+        setWidgetShortcut(action, QKeySequence(key));
+        addAction(action);
+        return action;
+    };
+    nudgeLeftx_ = nudge(tr("Nudge Left"), Qt::Key_Left, &picker_view::nudge_left);
+    nudgeRightx_ = nudge(tr("Nudge Right"), Qt::Key_Right, &picker_view::nudge_right);
+    nudgeUpx_ = nudge(tr("Nudge Up"), Qt::Key_Up, &picker_view::nudge_up);
+    nudgeDownx_ = nudge(tr("Nudge Down"), Qt::Key_Down, &picker_view::nudge_down);
+}
+
+buttonRecord* picker_view::find_button(const QPoint& p) {
+    for (buttonRecord& button : blist_) {
+        if (mapToScreen(button.bounds).contains(p))
+            return &button;
+    }
     return nullptr;
 }
 
-void picker_view::adjustCursor(bool) {}
-
-bool picker_view::execute_shortcut(QKeyEvent*) {
-    return false;
+void picker_view::adjustCursor(bool force) {
+    const Qt::KeyboardModifiers modifiers = QApplication::keyboardModifiers();
+    const int bits = ((modifiers & Qt::ControlModifier) != 0 ? 1 : 0) +
+                     ((modifiers & Qt::ShiftModifier) != 0 ? 2 : 0);
+    if (bits == toolbits_ && !force)
+        return;
+    toolbits_ = bits;
+    if ((bits & 1) != 0)
+        setCursor(editCursor_);
+    else if (dynamic_cast<add_manybuttons_cmd*>(cmd_.get()) != nullptr)
+        setCursor(addmanyCursor_);
+    else
+        setCursor(Qt::ArrowCursor);
 }
 
-void picker_view::setWidgetShortcut(QAction*, const QKeySequence&) const {}
+bool picker_view::execute_shortcut(QKeyEvent* e) {
+    const QList<QAction*> own = actions();
+    if (own.isEmpty() || (window_ != nullptr && window_->frontPicker() != this))
+        return false;
+    const QKeySequence k = sequence_of(e);
+    bool fired = false;
+    for (QAction* action : own) {
+        if (action->isEnabled() && action->shortcuts().contains(k)) {
+            action->trigger();
+            fired = true;
+        }
+    }
+    return fired;
+}
 
-void picker_view::do_button_action(const buttonAttributes&) {}
+void picker_view::setWidgetShortcut(QAction* a, const QKeySequence& k) const {
+    a->setShortcut(k);
+    a->setShortcutContext(Qt::WidgetShortcut);
+}
+
+void picker_view::do_button_action(const buttonAttributes& att) {
+    picker_host* host = picker_main::host();
+    if (att.type != buttonAttributes::Command || att.sel.isEmpty() || host == nullptr)
+        return;
+    const QString& script = att.sel.at(0);
+    if (script.isEmpty())
+        return;
+    if (att.api == buttonAttributes::Mel)
+        host->executeCommandOnIdle(script, false);
+    else if (att.api == buttonAttributes::Python)
+        host->executePythonCommandOnIdle(script, false);
+}
 
 void picker_view::addMouseCommand(std::unique_ptr<picker_mouse_cmd> cmd) {
     cmd_ = std::move(cmd);
 }
 
 void picker_view::mousePressEvent(QMouseEvent* e) {
-    QWidget::mousePressEvent(e);
+    lastClick_ = e->pos();
+    lastButton_ = nullptr;
+    adjustCursor(false);
+
+    if (cmd_ != nullptr) {
+        if (auto* many = dynamic_cast<add_manybuttons_cmd*>(cmd_.get())) {
+            many->setActive(true);
+            many->update(e->pos(), static_cast<int>(e->modifiers()));
+            e->accept();
+            return;
+        }
+        const std::unique_ptr<picker_mouse_cmd> pending = std::move(cmd_);
+        pending->finish();
+    }
+
+    const Qt::MouseButtons held = e->buttons();
+    if ((e->modifiers() & Qt::AltModifier) != 0) {
+        if (held == Qt::RightButton || held == (Qt::LeftButton | Qt::MiddleButton))
+            cmd_ = std::make_unique<zoom_picker_cmd>(this, lastClick_);
+        else if (held == Qt::MiddleButton)
+            cmd_ = std::make_unique<shift_picker_cmd>(this, lastClick_);
+        return;
+    }
+    if (held == Qt::LeftButton) {
+        e->accept();
+        if (overlay_.banner()->click(e->pos()))
+            return;
+        lastButton_ = find_button(e->pos());
+        if (lastButton_ != nullptr && lastButton_->att.type != buttonAttributes::Selection &&
+            e->modifiers() != Qt::ControlModifier) {
+            cmd_ = std::make_unique<track_button_cmd>(this, lastClick_, lastButton_);
+        } else {
+            cmd_ = std::make_unique<select_button_cmd>(this, lastClick_,
+                                                       static_cast<int>(e->modifiers()));
+        }
+    } else if (held == Qt::RightButton) {
+        show_context_menu(e);
+    } else if (held == Qt::MiddleButton) {
+        cmd_ = std::make_unique<shift_picker_cmd>(this, lastClick_);
+    } else {
+        e->ignore();
+    }
+}
+
+void picker_view::show_context_menu(QMouseEvent* e) {
+    lastButton_ = find_button(e->pos());
+    const bool sceneSelection = !picker_window::selection().isEmpty();
+    if (lastButton_ == nullptr) {
+        updatex_->setEnabled(false);
+        deletex_->setEnabled(any_selected());
+        addcmdx_->setText(tr("Add Command Button..."));
+    } else if (lastButton_->att.type == buttonAttributes::Command) {
+        updatex_->setEnabled(false);
+        addcmdx_->setText(tr("Edit Command Button..."));
+        deletex_->setEnabled(true);
+    } else {
+        updatex_->setEnabled(sceneSelection);
+        addcmdx_->setText(tr("Add Command Button..."));
+        deletex_->setEnabled(true);
+    }
+    addx_->setEnabled(sceneSelection);
+    manyx_->setEnabled(true);
+    menu_->exec(global_pos(e), addx_);
+    // Backspace must keep working whatever the menu showed.
+    deletex_->setEnabled(true);
+    e->accept();
+    setFocus();
+    adjustCursor(false);
 }
 
 void picker_view::mouseMoveEvent(QMouseEvent* e) {
-    QWidget::mouseMoveEvent(e);
+    if (cmd_ != nullptr) {
+        cmd_->update(e->pos(), static_cast<int>(e->modifiers()));
+        e->accept();
+        return;
+    }
+    if (e->pos() != lastPos_) {
+        lastPos_ = e->pos();
+        const buttonRecord* b = find_button(lastPos_);
+        if (b != nullptr && b->att.type == buttonAttributes::Selection) {
+            lastTT_ = tool_tip_for(b->att.sel);
+            if (toolTip() != lastTT_)
+                setToolTip(lastTT_);
+        } else if (!lastTT_.isEmpty()) {
+            lastTT_.clear();
+            setToolTip(lastTT_);
+        }
+    }
+    e->ignore();
 }
 
 void picker_view::mouseReleaseEvent(QMouseEvent* e) {
-    QWidget::mouseReleaseEvent(e);
+    if (cmd_ == nullptr) {
+        e->ignore();
+        return;
+    }
+    const std::unique_ptr<picker_mouse_cmd> gesture = std::move(cmd_);
+    gesture->update(e->pos(), static_cast<int>(e->modifiers()));
+    gesture->finish();
+    e->accept();
 }
 
 void picker_view::keyPressEvent(QKeyEvent* e) {
+    adjustCursor(false);
     QWidget::keyPressEvent(e);
 }
 
 void picker_view::keyReleaseEvent(QKeyEvent* e) {
+    adjustCursor(false);
     QWidget::keyReleaseEvent(e);
 }

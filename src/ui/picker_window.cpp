@@ -407,9 +407,21 @@ bool picker_window::event(QEvent* event) {
 }
 
 void picker_window::keyPressEvent(QKeyEvent* event) {
-    if (event->key() != 0 && event->key() != Qt::Key_unknown && execute_shortcut(event)) {
-        event->accept();
-        return;
+    if (event->key() != 0 && event->key() != Qt::Key_unknown) {
+        if (execute_shortcut(event)) {
+            event->accept();
+            return;
+        }
+        // Keys no picker action takes go on to the host.
+        if (tabs_->count() > 0) {
+            picker_view* view = frontPicker();
+            if (view == nullptr)
+                return;
+            if (view->execute_shortcut(event)) {
+                event->accept();
+                return;
+            }
+        }
     }
     QWidget::keyPressEvent(event);
 }
