@@ -3,6 +3,7 @@
 #include "picker_file.h"
 #include "picker_mel_quote.h"
 #include "picker_selection.h"
+#include "picker_version.h"
 #include "picker_view.h"
 
 #include <QAction>
@@ -24,7 +25,6 @@
 
 namespace {
 
-const char* const picker_version = "1.4.2";
 const char* const picker_mime_type = "application/x-qt-picker-mime;value=\"buttons\"";
 
 QKeySequence sequence_of(const QKeyEvent* event) {
@@ -287,7 +287,7 @@ void picker_window::about_dialog() {
         this, tr("About"),
         QStringLiteral("TalvoraPicker\nVersion %1 (build %2)\n"
                        "An animation picker for Maya. \u00a9 2024\u20132026 Talvora.")
-            .arg(QLatin1String(picker_version), build));
+            .arg(QLatin1String(PICKER_VERSION), build));
 }
 
 const QStringList& picker_window::selection() {
@@ -413,13 +413,24 @@ void picker_window::streamFrom(QDataStream& stream) {
             QMessageBox::Ok);
         return;
     }
-    if (!result.ok()) {
+    if (!result.ok() && result.tabCount < 0) {
         picker_main::report_error(host_status::failure(result.error),
                                   "could not read the pickers stored in the scene");
         return;
     }
+    if (!result.ok()) {
+        const QByteArray lost = QStringLiteral("the pickers stored in the scene are damaged; "
+                                               "%1 of %2 tabs were restored")
+                                    .arg(result.wholeTabs)
+                                    .arg(result.tabCount)
+                                    .toUtf8();
+        picker_main::report_error(host_status::failure(result.error), lost.constData());
+        // Nothing whole to show: the tabs the window has stay.
+        if (result.wholeTabs == 0)
+            return;
+    }
     clear_tabs();
-    for (const picker_tab_record& tab : set.tabs) {
+    for (const picker_tab_record& tab : set.tabs.mid(0, result.wholeTabs)) {
         auto* view = new picker_view(tabs_);
         if (!tab.backgroundKey.isEmpty()) {
             QPixmap image;

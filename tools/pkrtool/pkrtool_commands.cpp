@@ -2,6 +2,7 @@
 
 #include "picker_file.h"
 #include "picker_json.h"
+#include "picker_version.h"
 #include "png_chunks.h"
 
 #include <QFile>
@@ -100,11 +101,24 @@ bool readPicker(const QString& path, picker_tab_record& tab, qint32& version, QI
     QString fault = result.error;
     if (fault.isEmpty() && file.pos() < file.size())
         fault = QStringLiteral("%1 bytes follow the last button").arg(file.size() - file.pos());
-    if (!fault.isEmpty()) {
-        fail(err, QStringLiteral("'%1' is not a picker file: %2").arg(path, fault));
+    if (!result.isPicker) {
+        fail(err, QStringLiteral("'%1' is not a picker file").arg(path));
         return false;
     }
     version = result.version;
+    // A newer layout is expected to read differently past the header: show what did read.
+    if (version > picker_format_version) {
+        writeText(err, QStringLiteral("pkrtool: warning: '%1' has format version %2, newer than "
+                                      "this tool knows (%3); showing what it understands\n")
+                           .arg(path)
+                           .arg(version)
+                           .arg(picker_format_version));
+        return true;
+    }
+    if (!fault.isEmpty()) {
+        fail(err, QStringLiteral("'%1' is a damaged picker file: %2").arg(path, fault));
+        return false;
+    }
     return true;
 }
 
