@@ -153,9 +153,12 @@ set(module "${fresh}/TalvoraPicker")
 
 # Loaded once Maya is up, and only when nothing loaded it in the meantime.
 file(READ "${module}/scripts/userSetup.py" setup)
-if(NOT setup MATCHES "def ([a-z_]+)\\(\\):\n[^\n]*\n?[ ]+if maya\\.cmds\\.pluginInfo\\(\"TalvoraPicker\", query=True, loaded=True\\)"
-        OR NOT setup MATCHES "\nmaya\\.cmds\\.evalDeferred\\(${CMAKE_MATCH_1}\\)\n")
-    message(FATAL_ERROR "userSetup.py does not defer a checked load:\n${setup}")
+# Two steps: the second pattern needs the function name the first one matched.
+if(NOT setup MATCHES "def ([a-z_]+)\\(\\):\n[^\n]*\n?[ ]+if maya\\.cmds\\.pluginInfo\\(\"TalvoraPicker\", query=True, loaded=True\\)")
+    message(FATAL_ERROR "userSetup.py does not check whether the plug-in is loaded:\n${setup}")
+endif()
+if(NOT setup MATCHES "\nmaya\\.cmds\\.evalDeferred\\(${CMAKE_MATCH_1}\\)\n")
+    message(FATAL_ERROR "userSetup.py does not defer the checked load:\n${setup}")
 endif()
 
 find_program(NM nm)

@@ -245,7 +245,7 @@ void tst_picker_host_roundtrip::damaged_scene_data_keeps_the_whole_tabs_data() {
         << damaged.arg(QLatin1String("1"), QLatin1String("the title of tab 1"));
     QTest::newRow("in the first tab: the tabs shown stay")
         << 30 << QStringList{QStringLiteral("Old")}
-        << damaged.arg(QLatin1String("0"), QLatin1String("the title of tab 0"));
+        << damaged.arg(QLatin1String("0"), QLatin1String("the background key of tab 0"));
     QTest::newRow("in the header") << 6 << QStringList{QStringLiteral("Old")}
                                    << QStringLiteral("// Error: TalvoraPicker - could not read the "
                                                      "pickers stored in the scene: the data ends "
