@@ -5,8 +5,10 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-packages=(g++ cmake ninja-build pkg-config qt6-base-dev qtbase5-dev libbenchmark-dev)
+packages=(g++ cmake ninja-build pkg-config ccache qt6-base-dev qtbase5-dev libbenchmark-dev)
 jobs=$(nproc 2>/dev/null || echo 2)
+# Paths relative to the checkout, so every clone of it shares one compiler cache.
+export CCACHE_BASEDIR=$PWD
 
 ensure_packages() {
     local missing=()
@@ -30,7 +32,8 @@ ensure_packages() {
 configure() {
     local dir=$1
     shift
-    cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null
+    cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DCMAKE_CXX_COMPILER_LAUNCHER=ccache "$@" >/dev/null
 }
 
 # check DIR NAME [cmake options...]

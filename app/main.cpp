@@ -2,6 +2,7 @@
 #include "host_main_window.h"
 #include "picker_embedded_host.h"
 #include "picker_main.h"
+#include "picker_version.h"
 #include "picker_view.h"
 #include "picker_window.h"
 
@@ -29,40 +30,26 @@ bool picker_is_up() {
            window->frontPicker() != nullptr && !window->frontPicker()->buttons()->isEmpty();
 }
 
-QStringList arguments_of(int argc, char* argv[]) {
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
-    return arguments;
-}
-
 } // namespace
 
 int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationName(QStringLiteral("talvora-picker"));
-    QCoreApplication::setApplicationVersion(QStringLiteral("1.4.2"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(PICKER_VERSION));
 
-    // Read before the application exists, so --help and --version need no display.
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("TalvoraPicker on an embedded host with a demo character rig."));
-    const QCommandLineOption help = parser.addHelpOption();
-    const QCommandLineOption version = parser.addVersionOption();
+    parser.addHelpOption();
+    parser.addVersionOption();
     const QCommandLineOption smoke(
         QStringLiteral("smoke"),
         QStringLiteral("Start, open the picker, run briefly and quit; exit 0 when it came up."));
     parser.addOption(smoke);
-    if (!parser.parse(arguments_of(argc, argv))) {
-        print_error(parser.errorText());
-        return 2;
-    }
-    if (parser.isSet(help)) {
-        std::fputs(qPrintable(parser.helpText()), stdout);
-        return 0;
-    }
-    if (parser.isSet(version)) {
-        std::printf("talvora-picker %s\n", qPrintable(QCoreApplication::applicationVersion()));
-        return 0;
+    {
+        // Help, version and errors are answered here, before anything needs a display, by an
+        // application object that knows the program's name.
+        QCoreApplication arguments(argc, argv);
+        parser.process(arguments);
     }
 
     QApplication app(argc, argv);

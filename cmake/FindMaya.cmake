@@ -1,25 +1,46 @@
 # Finds a Maya devkit: -DMAYA_DEVKIT=<dir>, or the DEVKIT_LOCATION / MAYA_LOCATION environment.
+# An explicit MAYA_DEVKIT that is no devkit stops the configure and names what it lacks.
 #
-# Defines Maya_FOUND, Maya_INCLUDE_DIR, Maya_API_VERSION (eight digits), Maya_VERSION (2025),
-# Maya_QT_MAJOR and Maya_CXX11_ABI (what that Maya was built with), and the imported target
-# Maya::Maya (headers, OpenMaya, OpenMayaUI, Foundation).
+# Defines Maya_FOUND, Maya_ROOTS (where the devkit and Maya's libraries were looked for),
+# Maya_INCLUDE_DIR, Maya_API_VERSION (eight digits), Maya_VERSION (2025), what that Maya was
+# built with: Maya_QT_MAJOR, Maya_QT_VERSION (5.15 or 6.5), Maya_GCC_VERSION and Maya_CXX11_ABI
+# (read from the devkit's libFoundation.so when it is there), and the imported target Maya::Maya
+# (headers, OpenMaya, OpenMayaUI, Foundation).
 
 set(MAYA_DEVKIT "" CACHE PATH "Maya devkit (or Maya installation) to build the plug-in against")
 
-set(_maya_roots)
+set(Maya_ROOTS)
 foreach(_maya_root "${MAYA_DEVKIT}" "$ENV{DEVKIT_LOCATION}" "$ENV{MAYA_LOCATION}")
     if(_maya_root)
-        list(APPEND _maya_roots "${_maya_root}")
+        list(APPEND Maya_ROOTS "${_maya_root}")
     endif()
 endforeach()
 
-if(_maya_roots)
+if(Maya_ROOTS)
     find_path(Maya_INCLUDE_DIR maya/MTypes.h
-        PATHS ${_maya_roots} PATH_SUFFIXES include NO_DEFAULT_PATH)
+        PATHS ${Maya_ROOTS} PATH_SUFFIXES include NO_DEFAULT_PATH)
     foreach(_maya_lib OpenMaya OpenMayaUI Foundation)
         find_library(Maya_${_maya_lib}_LIBRARY ${_maya_lib}
-            PATHS ${_maya_roots} PATH_SUFFIXES lib NO_DEFAULT_PATH)
+            PATHS ${Maya_ROOTS} PATH_SUFFIXES lib NO_DEFAULT_PATH)
     endforeach()
+endif()
+
+if(MAYA_DEVKIT)
+    set(_maya_missing)
+    if(NOT Maya_INCLUDE_DIR)
+        list(APPEND _maya_missing "include/maya/MTypes.h")
+    endif()
+    foreach(_maya_lib OpenMaya OpenMayaUI Foundation)
+        if(NOT Maya_${_maya_lib}_LIBRARY)
+            list(APPEND _maya_missing "lib/lib${_maya_lib}.so")
+        endif()
+    endforeach()
+    if(_maya_missing)
+        list(JOIN _maya_missing ", " _maya_missing)
+        message(FATAL_ERROR "MAYA_DEVKIT=${MAYA_DEVKIT} is not a Maya devkit: it has no "
+            "${_maya_missing} (nor has DEVKIT_LOCATION or MAYA_LOCATION). Unpack the devkit for "
+            "your Maya version and point MAYA_DEVKIT at the folder holding include/ and lib/.")
+    endif()
 endif()
 
 if(Maya_INCLUDE_DIR AND EXISTS "${Maya_INCLUDE_DIR}/maya/MTypes.h")
@@ -37,16 +58,39 @@ find_package_handle_standard_args(Maya
     VERSION_VAR Maya_VERSION)
 
 if(Maya_FOUND)
-    # Maya 2025 moved to Qt 6; 2024 is the first built with the C++11 string ABI.
+    # What each Maya runs; a plug-in built otherwise links, then fails to load.
     if(Maya_VERSION VERSION_LESS 2025)
         set(Maya_QT_MAJOR 5)
+        set(Maya_QT_VERSION 5.15)
     else()
         set(Maya_QT_MAJOR 6)
+        set(Maya_QT_VERSION 6.5)
     endif()
     if(Maya_VERSION VERSION_LESS 2024)
+        set(Maya_GCC_VERSION 9.3)
         set(Maya_CXX11_ABI 0)
     else()
+        set(Maya_GCC_VERSION 11.2)
         set(Maya_CXX11_ABI 1)
+    endif()
+    set(_maya_abi_source "the table for Maya ${Maya_VERSION}")
+    find_program(Maya_NM nm)
+    mark_as_advanced(Maya_NM)
+    if(Maya_NM)
+        execute_process(COMMAND ${Maya_NM} -D "${Maya_Foundation_LIBRARY}"
+            OUTPUT_VARIABLE _maya_foundation_symbols ERROR_QUIET RESULT_VARIABLE _maya_nm_result)
+        if(_maya_nm_result EQUAL 0 AND _maya_foundation_symbols MATCHES "_Z")
+            if(_maya_foundation_symbols MATCHES "__cxx11")
+                set(Maya_CXX11_ABI 1)
+            else()
+                set(Maya_CXX11_ABI 0)
+            endif()
+            set(_maya_abi_source "libFoundation.so")
+        endif()
+    endif()
+    if(NOT Maya_FIND_QUIETLY OR MAYA_DEVKIT)
+        message(STATUS "Maya ${Maya_VERSION}: Qt ${Maya_QT_VERSION}, gcc ${Maya_GCC_VERSION}, "
+            "_GLIBCXX_USE_CXX11_ABI=${Maya_CXX11_ABI} (from ${_maya_abi_source})")
     endif()
 
     if(NOT TARGET Maya::Maya)

@@ -97,6 +97,7 @@ picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab) {
     tab = picker_tab_record();
     if (device.atEnd()) {
         result.error = QStringLiteral("the file is empty");
+        result.isPicker = false;
         return result;
     }
     QDataStream stream(&device);
@@ -105,11 +106,19 @@ picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab) {
     stream >> result.version;
     if (!readable(stream)) {
         result.error = describeFault(stream, fault, medium, QStringLiteral("the format version"));
+        result.isPicker = false;
+        return result;
+    }
+    if (result.version < 1) {
+        result.error = QStringLiteral("format version %1 was never written").arg(result.version);
+        result.isPicker = false;
         return result;
     }
     const QString part = readTabBody(stream, result.version, tab, fault);
     if (!part.isEmpty()) {
         result.error = describeFault(stream, fault, medium, part);
+        result.isPicker =
+            part == QLatin1String("the button count") || part.startsWith(QLatin1String("button "));
     }
     return result;
 }
@@ -145,6 +154,7 @@ picker_read_result readTabStream(QDataStream& stream, picker_tab_set& set) {
         result.error = describeFault(stream, fault, medium, QStringLiteral("the tab count"));
         return result;
     }
+    result.tabCount = count;
     stream >> set.current;
     if (!readable(stream)) {
         result.error =
@@ -167,6 +177,7 @@ picker_read_result readTabStream(QDataStream& stream, picker_tab_set& set) {
                                          QStringLiteral("%1 of tab %2").arg(part).arg(i));
             return result;
         }
+        ++result.wholeTabs;
     }
     return result;
 }

@@ -36,6 +36,13 @@ struct picker_tab_set {
 struct picker_read_result {
     qint32 version = 0;
     QString error;
+    // For tab streams: the tabs the data announces (-1 before that is read) and how many of the
+    // tabs handed back were read whole.
+    qint32 tabCount = -1;
+    qint32 wholeTabs = 0;
+    // For files: false when the bytes are no picker file at all (empty, a format version below
+    // 1, or a version, title and background that do not read whole), rather than a damaged one.
+    bool isPicker = true;
     bool ok() const { return error.isEmpty(); }
 };
 

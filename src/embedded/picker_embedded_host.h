@@ -55,6 +55,7 @@ public:
     host_status selectByName(const QString& name, picker_list_adjustment adjustment) override;
     host_status clearSelectionList() override;
     void displayError(const QString& text) override;
+    bool hasInterface() const override { return !batch_; }
     QWidget* mainWindow() override;
 
     // The scene. Node names may carry namespaces ("hero:L_hand_ctrl").

@@ -66,6 +66,8 @@ public:
     virtual host_status clearSelectionList() = 0;
 
     virtual void displayError(const QString& text) = 0;
+    // False in batch sessions, where creating any widget aborts the host.
+    virtual bool hasInterface() const = 0;
     // Null when the host has no interface (batch mode).
     virtual QWidget* mainWindow() = 0;
 };

@@ -1,5 +1,7 @@
 #include "picker_main.h"
 
+#include "picker_version.h"
+
 #include <QByteArray>
 #include <QDataStream>
 #include <QDockWidget>
@@ -13,6 +15,7 @@
 #include <QScreen>
 #include <QSettings>
 
+#include <iterator>
 #include <mutex>
 
 // Resources of a static library are registered by hand, and only from the global namespace.
@@ -27,6 +30,7 @@ const QString anyApiVersion = QStringLiteral("Any");
 // Unloading announces itself with a different version than loading; the host accepts both.
 const QString unloadVersion = QStringLiteral("1.0");
 const QString internalFailure = QStringLiteral("(kFailure): Unexpected Internal Failure");
+const QString noInterface = QStringLiteral("TalvoraPicker - no user interface in this session");
 constexpr int minimumExtent = 150;
 
 struct plugin_state {
@@ -89,10 +93,15 @@ void create_dock() {
     picker_main::sceneOpenedFn(nullptr);
 }
 
+host_status refuse_without_interface() {
+    state().host->displayError(noInterface);
+    return host_status::failure(noInterface);
+}
+
 } // namespace
 
 const QString picker_main::name_ = QStringLiteral("TalvoraPicker");
-const QString picker_main::version_ = QStringLiteral("1.4.2");
+const QString picker_main::version_ = QStringLiteral(PICKER_VERSION);
 
 picker_host* picker_main::host() {
     return state().host;
@@ -113,27 +122,51 @@ host_status picker_main::initialize(picker_host& host, picker_window_factory win
     s.host = &host;
     s.windowFactory = windowFactory;
 
+    // A failed load is over for the host: nothing of it stays reachable.
+    const auto failed = [&s](const host_status& status) {
+        s.host = nullptr;
+        s.windowFactory = nullptr;
+        return status;
+    };
     host_status status = host.openPlugin(vendor, version_, anyApiVersion);
     report_error(status, "could not initialize the plugin");
     if (!status)
-        return status;
+        return failed(status);
     status = host.registerCommand(name_, &picker_main::doIt);
     report_error(status, "could not initialize the plugin");
     if (!status)
-        return status;
+        return failed(status);
 
-    if (!install_callback("SelectionChanged", &picker_main::selectionChangedFn,
-                          s.selectionChangedId, "could not install SelectionChanged callback",
-                          status) ||
-        !install_callback("quitApplication", &picker_main::quitApplicationFn, s.quitApplicationId,
-                          "could not install quitApplication callback", status) ||
-        !install_callback("deleteAll", &picker_main::deleteAllFn, s.deleteAllId,
-                          "could not install the deleteAll callback", status) ||
-        !install_callback("NewSceneOpened", &picker_main::deleteAllFn, s.newSceneOpenedId,
-                          "could not install the NewSceneOpened callback", status) ||
-        !install_callback("SceneOpened", &picker_main::sceneOpenedFn, s.sceneOpenedId,
-                          "could not install the SceneOpened callback", status))
-        return status;
+    struct callback_entry {
+        const char* event;
+        picker_event_fn function;
+        picker_callback_id* id;
+        const char* message;
+    };
+    const callback_entry callbacks[] = {
+        {"SelectionChanged", &picker_main::selectionChangedFn, &s.selectionChangedId,
+         "could not install SelectionChanged callback"},
+        {"quitApplication", &picker_main::quitApplicationFn, &s.quitApplicationId,
+         "could not install quitApplication callback"},
+        {"deleteAll", &picker_main::deleteAllFn, &s.deleteAllId,
+         "could not install the deleteAll callback"},
+        {"NewSceneOpened", &picker_main::deleteAllFn, &s.newSceneOpenedId,
+         "could not install the NewSceneOpened callback"},
+        {"SceneOpened", &picker_main::sceneOpenedFn, &s.sceneOpenedId,
+         "could not install the SceneOpened callback"}};
+    for (std::size_t i = 0; i < std::size(callbacks); ++i) {
+        const callback_entry& entry = callbacks[i];
+        if (install_callback(entry.event, entry.function, *entry.id, entry.message, status))
+            continue;
+        // Nothing may stay registered that could call into the library once Maya drops it.
+        host_status undone;
+        for (std::size_t j = i; j-- > 0;)
+            remove_callback(*callbacks[j].id, "could not remove a callback of the failed load",
+                            undone);
+        undone = host.deregisterCommand(name_);
+        report_error(undone, "could not deregister the command of the failed load");
+        return failed(status);
+    }
 
     s.path = host.loadPath();
     load_script(QStringLiteral("picker_ListNamespaces.mel"));
@@ -177,10 +210,13 @@ host_status picker_main::doIt(const picker_arg_list& args) {
         report_error(status, "could not determine the number of parameters");
         return status;
     }
-    if (!state().window)
+    const bool hasInterface = state().host->hasInterface();
+    if (hasInterface && !state().window)
         create_dock();
 
     if (count == 0) {
+        if (!hasInterface)
+            return refuse_without_interface();
         QDockWidget* dockWidget = dock();
         if (dockWidget && !dockWidget->isVisible())
             dockWidget->showNormal();
@@ -221,8 +257,6 @@ host_status picker_main::process_command(const QString& directive, const QString
     picker_host* host = state().host;
     if (!host)
         return host_status::failure(internalFailure);
-    picker_window_link* link = window();
-
     if (directive == QLatin1String("clear")) {
         host_status status;
         {
@@ -252,6 +286,13 @@ host_status picker_main::process_command(const QString& directive, const QString
         selectionChangedFn(nullptr);
         return status;
     }
+    static const QStringList windowDirectives = {
+        QStringLiteral("restore"), QStringLiteral("fetch_image"), QStringLiteral("bind"),
+        QStringLiteral("rebind"),  QStringLiteral("save"),        QStringLiteral("saveas"),
+        QStringLiteral("open")};
+    if (windowDirectives.contains(directive) && !host->hasInterface())
+        return refuse_without_interface();
+    picker_window_link* link = window();
     if (directive == QLatin1String("restore"))
         return fetch_pickerdata(args);
     if (directive == QLatin1String("fetch_image"))

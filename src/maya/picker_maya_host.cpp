@@ -126,6 +126,10 @@ void picker_maya_host::displayError(const QString& text) {
     MGlobal::displayError(MQtUtil::toMString(text));
 }
 
+bool picker_maya_host::hasInterface() const {
+    return MGlobal::mayaState() == MGlobal::kInteractive;
+}
+
 QWidget* picker_maya_host::mainWindow() {
     return MQtUtil::mainWindow();
 }

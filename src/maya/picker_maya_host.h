@@ -35,6 +35,7 @@ public:
     host_status clearSelectionList() override;
 
     void displayError(const QString& text) override;
+    bool hasInterface() const override;
     QWidget* mainWindow() override;
 
 private:

@@ -5,6 +5,7 @@
 #include "picker_mel_quote.h"
 #include "picker_prompt.h"
 #include "picker_selection.h"
+#include "picker_version.h"
 #include "picker_view.h"
 
 #include <QAction>
@@ -25,8 +26,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-const char* const picker_version = "1.4.2";
 
 QKeySequence sequence_of(const QKeyEvent* event) {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -314,7 +313,7 @@ void picker_window::about_dialog() {
         this, tr("About"),
         QStringLiteral("TalvoraPicker\nVersion %1 (build %2)\n"
                        "An animation picker for Maya. \u00a9 2024\u20132026 Talvora.")
-            .arg(QLatin1String(picker_version), build));
+            .arg(QLatin1String(PICKER_VERSION), build));
 }
 
 const QStringList& picker_window::selection() {
@@ -453,13 +452,24 @@ void picker_window::streamFrom(QDataStream& stream) {
              QMessageBox::Ok});
         return;
     }
-    if (!result.ok()) {
+    if (!result.ok() && result.tabCount < 0) {
         picker_main::report_error(host_status::failure(result.error),
                                   "could not read the pickers stored in the scene");
         return;
     }
+    if (!result.ok()) {
+        const QByteArray lost = QStringLiteral("the pickers stored in the scene are damaged; "
+                                               "%1 of %2 tabs were restored")
+                                    .arg(result.wholeTabs)
+                                    .arg(result.tabCount)
+                                    .toUtf8();
+        picker_main::report_error(host_status::failure(result.error), lost.constData());
+        // Nothing whole to show: the tabs the window has stay.
+        if (result.wholeTabs == 0)
+            return;
+    }
     clear_tabs();
-    for (const picker_tab_record& tab : set.tabs) {
+    for (const picker_tab_record& tab : set.tabs.mid(0, result.wholeTabs)) {
         picker_view* view = view_from_record(tab);
         setImageData(view);
         tabs_->addTab(view, tab.title);

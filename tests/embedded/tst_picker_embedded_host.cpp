@@ -57,9 +57,7 @@ private slots:
     void fileInfoStorage();
     void deferredTextsRunInOrderAfterTheCall();
     void queuedWhileRunningRunsInTheSamePass();
-    void selectionChangesRaiseOneEventEach();
     void sceneEvents();
-    void callbacksRefused();
 };
 
 void tst_picker_embedded_host::runMel_data() {
@@ -71,21 +69,14 @@ void tst_picker_embedded_host::runMel_data() {
     const QStringList none;
     QTest::newRow("select replace")
         << QStringLiteral("select -r root") << none << QStringList{QStringLiteral("root")} << none;
-    QTest::newRow("select default replaces") << QStringLiteral("select prop:box; select root")
-                                             << none << QStringList{QStringLiteral("root")} << none;
     QTest::newRow("select add")
         << QStringLiteral("select -r hero:L_hand_ctrl; select -add prop:box") << none
         << QStringList{QStringLiteral("hero:L_hand_ctrl"), QStringLiteral("prop:box")} << none;
-    QTest::newRow("select clear") << QStringLiteral("select -r root; select -cl") << none << none
-                                  << none;
     QTest::newRow("missing node stops the text")
         << QStringLiteral("select -r root; print \"x\"; select -add nope; print \"never\"")
         << QStringList{QStringLiteral("x"),
                        QStringLiteral("// Error: No object matches name: nope")}
         << QStringList{QStringLiteral("root")} << none;
-    QTest::newRow("missing node among names changes nothing")
-        << QStringLiteral("select -r root prop:box nope")
-        << QStringList{QStringLiteral("// Error: No object matches name: nope")} << none << none;
     QTest::newRow("unknown procedure")
         << QStringLiteral("frobnicate 1; print \"never\"")
         << QStringList{QStringLiteral("// Error: Cannot find procedure \"frobnicate\".")} << none
@@ -99,18 +90,9 @@ void tst_picker_embedded_host::runMel_data() {
     QTest::newRow("array alone after the first argument is one slot")
         << testCommand + QStringLiteral(" restore `fileInfo -q \"k\"`;") << none << none
         << QStringList{QStringLiteral("s:restore"), QStringLiteral("a:[v]")};
-    QTest::newRow("absent key is an empty array")
-        << testCommand + QStringLiteral(" restore `fileInfo -q \"absent\"`;") << none << none
-        << QStringList{QStringLiteral("s:restore"), QStringLiteral("a:[]")};
     QTest::newRow("array among other arguments is spliced")
         << testCommand + QStringLiteral(" x `fileInfo -q \"k\"` y") << none << none
         << QStringList{QStringLiteral("s:x"), QStringLiteral("s:v"), QStringLiteral("s:y")};
-    QTest::newRow("print of a query") << QStringLiteral("print `fileInfo -q \"k\"`")
-                                      << QStringList{QStringLiteral("v")} << none << none;
-    QTest::newRow("namespaces before the script is sourced")
-        << QStringLiteral("print `picker_ListNamespaces`")
-        << QStringList{QStringLiteral("// Error: Cannot find procedure \"picker_ListNamespaces\".")}
-        << none << none;
     QTest::newRow("error inside a backquote stops the command")
         << testCommand + QStringLiteral(" bind `nonesuch`")
         << QStringList{QStringLiteral("// Error: Cannot find procedure \"nonesuch\".")} << none
@@ -210,24 +192,6 @@ void tst_picker_embedded_host::queuedWhileRunningRunsInTheSamePass() {
     QCOMPARE(host.pendingIdleCount(), 0);
 }
 
-void tst_picker_embedded_host::selectionChangesRaiseOneEventEach() {
-    picker_embedded_host host;
-    host.openScene(sceneNodes, {});
-    QStringList events;
-    event_probe probe{QStringLiteral("SelectionChanged"), &events};
-    host_status status;
-    host.addEventCallback(probe.event, &record_event, &probe, &status);
-    QVERIFY(status.ok());
-
-    QVERIFY(host.executeCommand(QStringLiteral("select -add root prop:box")).ok());
-    QCOMPARE(events.size(), 1);
-    QVERIFY(!host.setSelection({QStringLiteral("hero:L_hand_ctrl"), QStringLiteral("nope")}));
-    QCOMPARE(host.selection(), (QStringList{QStringLiteral("root"), QStringLiteral("prop:box")}));
-    QCOMPARE(events.size(), 1);
-    QVERIFY(host.setSelection({QStringLiteral("root")}));
-    QCOMPARE(events.size(), 2);
-}
-
 void tst_picker_embedded_host::sceneEvents() {
     picker_embedded_host host;
     QStringList events;
@@ -263,22 +227,6 @@ void tst_picker_embedded_host::sceneEvents() {
     events.clear();
     host.quit();
     QCOMPARE(events, QStringList{QStringLiteral("quitApplication")});
-}
-
-void tst_picker_embedded_host::callbacksRefused() {
-    picker_embedded_host host;
-    QStringList events;
-    event_probe probe{QStringLiteral("NoSuchEvent"), &events};
-    host_status status;
-    QCOMPARE(host.addEventCallback(probe.event, &record_event, &probe, &status),
-             picker_callback_id(0));
-    QVERIFY(!status.ok());
-    const picker_callback_id id =
-        host.addEventCallback(QStringLiteral("SceneOpened"), &record_event, &probe, &status);
-    QVERIFY(status.ok());
-    QVERIFY(host.removeCallback(id).ok());
-    QVERIFY(!host.removeCallback(id).ok());
-    QCOMPARE(host.callbackCount(QStringLiteral("SceneOpened")), 0);
 }
 
 QTEST_MAIN(tst_picker_embedded_host)

@@ -73,4 +73,18 @@ inline QByteArray fileVersion3() {
            be32(0) + be32(0) + be32(0xff0000ff) + text("x") + be32(1) + text("n1");
 }
 
+// Version 4, no background: a selection button with three node names and a MEL command button.
+inline QByteArray fileWithNames(const char* arm, const char* other, const char* leg,
+                                const char* script) {
+    return be32(4) + text("Rig") + text("") +
+           be32(2)
+           // button 0
+           + be32(0) + be32(5) + be32(6) + be32(10) + be32(0) + be32(0) + be32(0xffb22222) +
+           be32(0xff000000) + text("Body") + be32(3) + text(arm) + text(other) +
+           text(leg)
+           // button 1
+           + be32(1) + be32(30) + be32(6) + be32(10) + be32(1) + be32(0) + be32(0xff505050) +
+           be32(0xffffffff) + text("Hand") + be32(1) + text(script);
+}
+
 } // namespace tools_vectors

@@ -115,40 +115,15 @@ void tst_picker_json::badDescriptionSaysWhere_data() {
     // Columns count characters, not UTF-8 bytes.
     QTest::newRow("syntax") << QByteArray("{\n  \"title\": \"\xc3\xa4\", \"buttons\": [}")
                             << QStringLiteral("line 2, column 30: object is missing after a comma");
-    QTest::newRow("not an object")
-        << QByteArray("[]") << QStringLiteral("line 1, column 1: expected a JSON object");
-    QTest::newRow("no title") << QByteArray(R"({"buttons": []})")
-                              << QStringLiteral("picker: missing \"title\"");
     QTest::newRow("unknown key") << QByteArray(R"({"title": "t", "buttons": [], "colour": 1})")
                                  << QStringLiteral("picker: unknown key \"colour\"");
-    QTest::newRow("title number") << QByteArray(R"({"title": 5, "buttons": []})")
-                                  << QStringLiteral("title: expected a string or null");
-    QTest::newRow("buttons object") << QByteArray(R"({"title": "t", "buttons": {}})")
-                                    << QStringLiteral("buttons: expected an array of buttons");
     QTest::newRow("image without key")
         << QByteArray(
                R"({"title": "t", "buttons": [], "background": "iVBORw0KGgoAAAANSUhEUgAAAAIAAAABCAIAAAB7QOjdAAAADUlEQVR42mP4zwAE/wEHAAH/PX2MSQAAAABJRU5ErkJggg=="})")
         << QStringLiteral("background: an image needs a \"backgroundKey\"");
-    QTest::newRow("bad base64")
-        << QByteArray(R"({"title": "t", "backgroundKey": "k", "buttons": [], "background": "*"})")
-        << QStringLiteral("background: expected base64 text or null");
-    QTest::newRow("not png")
-        << QByteArray(
-               R"({"title": "t", "backgroundKey": "k", "buttons": [], "background": "AAAA"})")
-        << QStringLiteral("background: not PNG data");
-    QTest::newRow("button not object") << QByteArray(R"({"title": "t", "buttons": [3]})")
-                                       << QStringLiteral("buttons[0]: expected an object");
-    QTest::newRow("missing sel") << picker("", "").replace(", \"sel\": }", "}")
-                                 << QStringLiteral("buttons[1]: missing \"sel\"");
-    QTest::newRow("unknown button key") << picker(R"("shape": 1, )", R"(["n"])")
-                                        << QStringLiteral("buttons[1]: unknown key \"shape\"");
     QTest::newRow("no names")
         << picker("", "[]")
         << QStringLiteral("buttons[1].sel: a button needs at least one name or a script");
-    QTest::newRow("name number") << picker("", R"(["a", 1])")
-                                 << QStringLiteral("buttons[1].sel[1]: expected a string or null");
-    QTest::newRow("sel string") << picker("", R"("a")")
-                                << QStringLiteral("buttons[1].sel: expected an array of names");
     const auto replaced = [&picker](const char* from, const QByteArray& to) {
         QByteArray json = picker("", R"(["n"])");
         const int at = json.lastIndexOf(from);
@@ -157,21 +132,7 @@ void tst_picker_json::badDescriptionSaysWhere_data() {
     QTest::newRow("fraction") << replaced(R"("size": 3)", R"("size": 3.5)")
                               << QStringLiteral(
                                      "buttons[1].size: expected a whole number in 32 bits");
-    QTest::newRow("too big") << replaced(R"("size": 3)", R"("size": 2147483648)")
-                             << QStringLiteral(
-                                    "buttons[1].size: expected a whole number in 32 bits");
-    QTest::newRow("pos one number") << replaced(R"("pos": [1, 2])", R"("pos": [1])")
-                                    << QStringLiteral("buttons[1].pos: expected [x, y]");
-    QTest::newRow("pos string") << replaced(R"("pos": [1, 2])", R"("pos": [1, "2"])")
-                                << QStringLiteral(
-                                       "buttons[1].pos[1]: expected a whole number in 32 bits");
-    QTest::newRow("type number") << replaced(R"("type": "selection")", R"("type": 0)")
-                                 << QStringLiteral(
-                                        "buttons[1].type: expected \"selection\" or \"command\"");
-    QTest::newRow("api unknown") << replaced(R"("api": "mel")", R"("api": "lua")")
-                                 << QStringLiteral(
-                                        "buttons[1].api: expected \"mel\" or \"python\"");
-    for (const char* colour : {"FF000000", "#FF00000", "#FF00000G", "#+F000000", "#FF0000001"}) {
+    for (const char* colour : {"#FF00000", "#FF00000G", "#+F000000"}) {
         QTest::addRow("colour %s", colour)
             << replaced(R"("color": "#FF000000")", QByteArray(R"("color": ")") + colour + '"')
             << QStringLiteral("buttons[1].color: expected a colour \"#AARRGGBB\" or \"#RRGGBB\"");
@@ -195,15 +156,10 @@ void tst_picker_json::pngLayout_data() {
                               << QStringLiteral("3 bytes follow the end of the PNG data");
     QTest::newRow("cut in IEND") << png.left(png.size() - 1) << QSize(2, 1)
                                  << QStringLiteral("the PNG data is cut short");
-    QTest::newRow("signature only")
-        << png.left(8) << QSize() << QStringLiteral("the PNG data is cut short");
     QTest::newRow("not png") << QByteArray("GIF89a..") << QSize() << QStringLiteral("not PNG data");
     QTest::newRow("no header") << png.left(8) + png.mid(33) << QSize() << QString();
     QTest::newRow("chunk type not letters") << png.left(37) + "ID4T" + png.mid(41) << QSize(2, 1)
                                             << QStringLiteral("a broken PNG chunk type");
-    QTest::newRow("huge chunk length")
-        << png.left(33) + be32(0xfffffff0) + QByteArray("IDAT") << QSize(2, 1)
-        << QStringLiteral("the PNG data is cut short");
 }
 
 void tst_picker_json::pngLayout() {

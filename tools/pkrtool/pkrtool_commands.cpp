@@ -2,8 +2,12 @@
 
 #include "picker_file.h"
 #include "picker_json.h"
+#include "picker_namespace.h"
+#include "picker_version.h"
 #include "png_chunks.h"
 
+#include <QCommandLineOption>
+#include <QCommandLineParser>
 #include <QFile>
 #include <QIODevice>
 #include <QSaveFile>
@@ -13,59 +17,20 @@ namespace {
 const char usage_text[] =
     "Usage: pkrtool COMMAND ARGUMENTS\n"
     "\n"
-    "Shows, dumps and builds Talvora Picker files (.pkr).\n"
+    "Shows, dumps, builds and rebinds Talvora Picker files (.pkr).\n"
     "\n"
     "Commands:\n"
     "  info FILE.pkr                 the title, format version, background and buttons\n"
     "  dump FILE.pkr [-o FILE.json]  every field as JSON, to standard output without -o\n"
     "  build FILE.json -o FILE.pkr   a picker file from such JSON, in the current format\n"
+    "  namespaces FILE.pkr           the namespaces the buttons use, one a line\n"
+    "  rebind FILE.pkr --map OLD=NEW [--map OLD=NEW ...] [--allow-unused] [-o OUT.pkr]\n"
+    "                                node names and scripts moved from namespace OLD to NEW\n"
+    "                                (an empty NEW is the root namespace); the file itself\n"
+    "                                is rewritten without -o; a namespace the picker does\n"
+    "                                not use is an error unless --allow-unused\n"
     "  --help                        this text\n"
     "  --version                     the program's version\n";
-
-// One command line taken apart.
-struct pkrtool_arguments {
-    QString command;
-    QString input;
-    QString output;
-    QString error;
-};
-
-pkrtool_arguments parseArguments(const QStringList& arguments) {
-    pkrtool_arguments parsed;
-    if (arguments.isEmpty()) {
-        parsed.error = QStringLiteral("no command given");
-        return parsed;
-    }
-    parsed.command = arguments.first();
-    const bool takesOutput =
-        parsed.command == QLatin1String("dump") || parsed.command == QLatin1String("build");
-    const bool takesInput = takesOutput || parsed.command == QLatin1String("info");
-    if (!takesInput) {
-        if (arguments.size() > 1 || (parsed.command != QLatin1String("--help") &&
-                                     parsed.command != QLatin1String("--version")))
-            parsed.error = QStringLiteral("unknown command '%1'").arg(parsed.command);
-        return parsed;
-    }
-    for (int i = 1; i < arguments.size() && parsed.error.isEmpty(); ++i) {
-        const QString& argument = arguments.at(i);
-        if (argument == QLatin1String("-o") && takesOutput && parsed.output.isEmpty()) {
-            if (i + 1 == arguments.size())
-                parsed.error = QStringLiteral("-o needs a file name");
-            else
-                parsed.output = arguments.at(++i);
-        } else if (parsed.input.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
-            parsed.input = argument;
-        } else {
-            parsed.error = QStringLiteral("unexpected argument '%1'").arg(argument);
-        }
-    }
-    if (parsed.error.isEmpty() && parsed.input.isEmpty())
-        parsed.error = QStringLiteral("%1 needs a file name").arg(parsed.command);
-    else if (parsed.error.isEmpty() && parsed.command == QLatin1String("build") &&
-             parsed.output.isEmpty())
-        parsed.error = QStringLiteral("build needs -o FILE.pkr");
-    return parsed;
-}
 
 void writeText(QIODevice& device, const QString& text) {
     device.write(text.toUtf8());
@@ -74,6 +39,70 @@ void writeText(QIODevice& device, const QString& text) {
 int fail(QIODevice& err, const QString& message) {
     writeText(err, QLatin1String("pkrtool: ") + message + QLatin1Char('\n'));
     return pkrtool_failed;
+}
+
+int usageError(QIODevice& err, const QString& message) {
+    writeText(err, QLatin1String("pkrtool: ") + message + QLatin1Char('\n'));
+    err.write(usage_text);
+    return pkrtool_usage;
+}
+
+QCommandLineOption outputOption() {
+    return QCommandLineOption({QStringLiteral("o"), QStringLiteral("output")}, QString(),
+                              QStringLiteral("FILE"));
+}
+
+// The argument as the user spelled it, for the first option the parser did not know.
+QString unknownOption(const QStringList& arguments, const QStringList& unknown) {
+    for (const QString& argument : arguments) {
+        if (argument == QLatin1String("--"))
+            break;
+        if (argument.size() < 2 || !argument.startsWith(QLatin1Char('-')))
+            continue;
+        const int dashes = argument.startsWith(QLatin1String("--")) ? 2 : 1;
+        if (unknown.contains(argument.mid(dashes).section(QLatin1Char('='), 0, 0)))
+            return argument;
+    }
+    return QLatin1Char('-') + unknown.first();
+}
+
+QString parseError(const QCommandLineParser& parser, const QStringList& arguments) {
+    if (!parser.unknownOptionNames().isEmpty())
+        return QStringLiteral("unexpected argument '%1'")
+            .arg(unknownOption(arguments, parser.unknownOptionNames()));
+    // Otherwise a value is missing, which can only happen to the last argument.
+    const QString last = arguments.last();
+    const QString name = last.mid(last.startsWith(QLatin1String("--")) ? 2 : 1);
+    if (name == QLatin1String("map"))
+        return QStringLiteral("%1 needs OLD=NEW").arg(last);
+    if (name == QLatin1String("o") || name == QLatin1String("output"))
+        return QStringLiteral("%1 needs a file name").arg(last);
+    // Anything else in the parser's words, in the style of the other messages.
+    QString text = parser.errorText();
+    if (text.endsWith(QLatin1Char('.')))
+        text.chop(1);
+    return text.left(1).toLower() + text.mid(1);
+}
+
+// Parses a command's arguments (the command word first) against the options the caller added:
+// one input file, -o at most once. A mistake is reported with the usage text.
+bool parseCommand(QCommandLineParser& parser, const QStringList& arguments, QIODevice& err) {
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    QString error;
+    if (!parser.parse(arguments))
+        error = parseError(parser, arguments);
+    else if (parser.optionNames().count(QStringLiteral("o")) +
+                 parser.optionNames().count(QStringLiteral("output")) >
+             1)
+        error = QStringLiteral("-o given more than once");
+    else if (parser.positionalArguments().isEmpty())
+        error = QStringLiteral("%1 needs a file name").arg(arguments.first());
+    else if (parser.positionalArguments().size() > 1)
+        error = QStringLiteral("unexpected argument '%1'").arg(parser.positionalArguments().at(1));
+    if (error.isEmpty())
+        return true;
+    usageError(err, error);
+    return false;
 }
 
 // A string on one line: null stays distinguishable from empty.
@@ -100,11 +129,24 @@ bool readPicker(const QString& path, picker_tab_record& tab, qint32& version, QI
     QString fault = result.error;
     if (fault.isEmpty() && file.pos() < file.size())
         fault = QStringLiteral("%1 bytes follow the last button").arg(file.size() - file.pos());
-    if (!fault.isEmpty()) {
-        fail(err, QStringLiteral("'%1' is not a picker file: %2").arg(path, fault));
+    if (!result.isPicker) {
+        fail(err, QStringLiteral("'%1' is not a picker file").arg(path));
         return false;
     }
     version = result.version;
+    // A newer layout is expected to read differently past the header: show what did read.
+    if (version > picker_format_version) {
+        writeText(err, QStringLiteral("pkrtool: warning: '%1' has format version %2, newer than "
+                                      "this tool knows (%3); showing what it understands\n")
+                           .arg(path)
+                           .arg(version)
+                           .arg(picker_format_version));
+        return true;
+    }
+    if (!fault.isEmpty()) {
+        fail(err, QStringLiteral("'%1' is a damaged picker file: %2").arg(path, fault));
+        return false;
+    }
     return true;
 }
 
@@ -149,10 +191,13 @@ QString buttonLine(int index, const buttonAttributes& button) {
         .arg(quoted(button.label), names.join(QLatin1Char(' ')));
 }
 
-int runInfo(const pkrtool_arguments& arguments, QIODevice& out, QIODevice& err) {
+int runInfo(const QStringList& arguments, QIODevice& out, QIODevice& err) {
+    QCommandLineParser parser;
+    if (!parseCommand(parser, arguments, err))
+        return pkrtool_usage;
     picker_tab_record tab;
     qint32 version = 0;
-    if (!readPicker(arguments.input, tab, version, err))
+    if (!readPicker(parser.positionalArguments().first(), tab, version, err))
         return pkrtool_failed;
     QString text =
         QStringLiteral("title: %1\nformat version: %2\n").arg(quoted(tab.title)).arg(version);
@@ -164,53 +209,156 @@ int runInfo(const pkrtool_arguments& arguments, QIODevice& out, QIODevice& err) 
     return pkrtool_ok;
 }
 
-int runDump(const pkrtool_arguments& arguments, QIODevice& out, QIODevice& err) {
+int runDump(const QStringList& arguments, QIODevice& out, QIODevice& err) {
+    QCommandLineParser parser;
+    const QCommandLineOption output = outputOption();
+    parser.addOption(output);
+    if (!parseCommand(parser, arguments, err))
+        return pkrtool_usage;
     picker_tab_record tab;
     qint32 version = 0;
-    if (!readPicker(arguments.input, tab, version, err))
+    if (!readPicker(parser.positionalArguments().first(), tab, version, err))
         return pkrtool_failed;
     const QByteArray json = pickerJsonText(tab, version);
-    if (arguments.output.isEmpty()) {
+    if (!parser.isSet(output)) {
         out.write(json);
         return pkrtool_ok;
     }
-    return writeFile(arguments.output, json, err) ? pkrtool_ok : pkrtool_failed;
+    return writeFile(parser.value(output), json, err) ? pkrtool_ok : pkrtool_failed;
 }
 
-int runBuild(const pkrtool_arguments& arguments, QIODevice& err) {
-    QFile file(arguments.input);
+int runBuild(const QStringList& arguments, QIODevice& err) {
+    QCommandLineParser parser;
+    const QCommandLineOption output = outputOption();
+    parser.addOption(output);
+    if (!parseCommand(parser, arguments, err))
+        return pkrtool_usage;
+    if (!parser.isSet(output))
+        return usageError(err, QStringLiteral("build needs -o FILE.pkr"));
+    const QString input = parser.positionalArguments().first();
+    QFile file(input);
     if (!file.open(QIODevice::ReadOnly))
-        return fail(
-            err, QStringLiteral("cannot open '%1': %2").arg(arguments.input, file.errorString()));
+        return fail(err, QStringLiteral("cannot open '%1': %2").arg(input, file.errorString()));
     picker_tab_record tab;
     const QString fault = pickerFromJsonText(file.readAll(), tab);
     if (!fault.isEmpty())
-        return fail(
-            err,
-            QStringLiteral("'%1' is not a picker description: %2").arg(arguments.input, fault));
-    return writeFile(arguments.output, pickerFileBytes(tab), err) ? pkrtool_ok : pkrtool_failed;
+        return fail(err, QStringLiteral("'%1' is not a picker description: %2").arg(input, fault));
+    return writeFile(parser.value(output), pickerFileBytes(tab), err) ? pkrtool_ok : pkrtool_failed;
+}
+
+int runNamespaces(const QStringList& arguments, QIODevice& out, QIODevice& err) {
+    QCommandLineParser parser;
+    if (!parseCommand(parser, arguments, err))
+        return pkrtool_usage;
+    picker_tab_record tab;
+    qint32 version = 0;
+    if (!readPicker(parser.positionalArguments().first(), tab, version, err))
+        return pkrtool_failed;
+    QString text;
+    for (const QString& ns : collectCurrentNamespace(tab.buttons))
+        text += ns + QLatin1Char('\n');
+    writeText(out, text);
+    return pkrtool_ok;
+}
+
+QString counted(int count, const char* noun) {
+    return QStringLiteral("%1 %2%3")
+        .arg(count)
+        .arg(QLatin1String(noun))
+        .arg(count == 1 ? QString() : QStringLiteral("s"));
+}
+
+// The --map values as parallel OLD and NEW lists; empty when usable, else what is wrong.
+QString splitMaps(const QStringList& maps, QStringList& olds, QStringList& news) {
+    if (maps.isEmpty())
+        return QStringLiteral("rebind needs --map OLD=NEW");
+    for (const QString& map : maps) {
+        const int equals = map.indexOf(QLatin1Char('='));
+        if (equals < 0)
+            return QStringLiteral("--map needs OLD=NEW, not '%1'").arg(map);
+        if (olds.contains(map.left(equals)))
+            return QStringLiteral("'%1' is mapped twice").arg(map.left(equals));
+        olds.append(map.left(equals));
+        news.append(map.mid(equals + 1));
+    }
+    return QString();
+}
+
+// What the namespace dialog does when the user picks NEW for each OLD and leaves the other
+// namespaces as they are; the file is rewritten only when something changed or -o names another.
+int runRebind(const QStringList& arguments, QIODevice& out, QIODevice& err) {
+    QCommandLineParser parser;
+    const QCommandLineOption mapOption(QStringLiteral("map"), QString(), QStringLiteral("OLD=NEW"));
+    const QCommandLineOption allowUnused(QStringLiteral("allow-unused"));
+    const QCommandLineOption output = outputOption();
+    parser.addOptions({mapOption, allowUnused, output});
+    if (!parseCommand(parser, arguments, err))
+        return pkrtool_usage;
+    QStringList olds;
+    QStringList news;
+    const QString mistake = splitMaps(parser.values(mapOption), olds, news);
+    if (!mistake.isEmpty())
+        return usageError(err, mistake);
+
+    const QString input = parser.positionalArguments().first();
+    picker_tab_record tab;
+    qint32 version = 0;
+    if (!readPicker(input, tab, version, err))
+        return pkrtool_failed;
+    const QStringList used = collectCurrentNamespace(tab.buttons);
+    QStringList chosen = used;
+    QStringList unused;
+    for (int i = 0; i < olds.size(); ++i) {
+        const int index = used.indexOf(olds.at(i));
+        if (index < 0)
+            unused.append(quoted(olds.at(i)));
+        else
+            chosen[index] = news.at(i);
+    }
+    if (!unused.isEmpty() && !parser.isSet(allowUnused))
+        return fail(err, QStringLiteral("'%1' does not use the namespace%2 %3 (pkrtool namespaces "
+                                        "lists those it uses; --allow-unused skips such maps)")
+                             .arg(input, unused.size() == 1 ? QString() : QStringLiteral("s"),
+                                  unused.join(QStringLiteral(", "))));
+
+    const rebind_counts counts = rebindButtons(tab.buttons, buildRebindMap(used, chosen));
+    QString summary =
+        QStringLiteral("changed %1 and %2")
+            .arg(counted(counts.names, "node name"), counted(counts.scripts, "script"));
+    if (parser.isSet(output) || counts.names + counts.scripts > 0) {
+        const QString target = parser.isSet(output) ? parser.value(output) : input;
+        if (!writeFile(target, pickerFileBytes(tab), err))
+            return pkrtool_failed;
+    } else {
+        summary += QStringLiteral("; '%1' left as it was").arg(input);
+    }
+    writeText(out, summary + QLatin1Char('\n'));
+    return pkrtool_ok;
 }
 
 } // namespace
 
 int runPkrtool(const QStringList& arguments, QIODevice& out, QIODevice& err) {
-    const pkrtool_arguments parsed = parseArguments(arguments);
-    if (!parsed.error.isEmpty()) {
-        writeText(err, QStringLiteral("pkrtool: %1\n").arg(parsed.error));
-        err.write(usage_text);
-        return pkrtool_usage;
-    }
-    if (parsed.command == QLatin1String("--help")) {
+    if (arguments.isEmpty())
+        return usageError(err, QStringLiteral("no command given"));
+    const QString command = arguments.first();
+    if (command == QLatin1String("--help") && arguments.size() == 1) {
         out.write(usage_text);
         return pkrtool_ok;
     }
-    if (parsed.command == QLatin1String("--version")) {
+    if (command == QLatin1String("--version") && arguments.size() == 1) {
         out.write("pkrtool " PICKER_VERSION "\n");
         return pkrtool_ok;
     }
-    if (parsed.command == QLatin1String("info"))
-        return runInfo(parsed, out, err);
-    if (parsed.command == QLatin1String("dump"))
-        return runDump(parsed, out, err);
-    return runBuild(parsed, err);
+    if (command == QLatin1String("info"))
+        return runInfo(arguments, out, err);
+    if (command == QLatin1String("dump"))
+        return runDump(arguments, out, err);
+    if (command == QLatin1String("build"))
+        return runBuild(arguments, err);
+    if (command == QLatin1String("namespaces"))
+        return runNamespaces(arguments, out, err);
+    if (command == QLatin1String("rebind"))
+        return runRebind(arguments, out, err);
+    return usageError(err, QStringLiteral("unknown command '%1'").arg(command));
 }

@@ -4,6 +4,7 @@
 // active selection, the idle queue, registered callbacks and commands, and failures on request.
 
 #include <maya/MArgList.h>
+#include <maya/MGlobal.h>
 #include <maya/MStatus.h>
 
 #include <string>
@@ -49,7 +50,8 @@ int selectionChangedRaised();
 int activeSelectionReads();
 int itemStringReads();
 
-// One argument slot of a command call.
+// One argument slot of a command call. Maya hands a MEL array over whole in one slot; several
+// strings each take their own, and reading them as an array consumes them all.
 struct arg {
     enum kind { string, string_array, unreadable };
     kind slotKind;
@@ -66,5 +68,7 @@ MStatus runCommand(const std::string& name, const std::vector<arg>& args);
 std::string failureText();
 
 void setMainWindow(QWidget* window);
+// What MGlobal::mayaState answers; reset() makes it interactive.
+void setMayaState(MGlobal::MMayaState state);
 
 } // namespace maya_fake

@@ -45,6 +45,7 @@ struct fake_state {
     int selectionChangedRaised = 0;
     int activeSelectionReads = 0;
     int itemStringReads = 0;
+    MGlobal::MMayaState mayaState = MGlobal::kInteractive;
 };
 
 fake_state& state() {
@@ -210,6 +211,10 @@ MStatus runCommand(const std::string& name, const std::vector<arg>& args) {
     return command->doIt(maya_fake_arg_access::build(args));
 }
 
+void setMayaState(MGlobal::MMayaState mayaState) {
+    state().mayaState = mayaState;
+}
+
 std::string failureText() {
     return MStatus(MS::kFailure).errorString().asUTF8();
 }
@@ -257,10 +262,19 @@ MStatus MArgList::get(unsigned int index, MString& ret) const {
 }
 
 MStatus MArgList::get(unsigned int& index, MStringArray& ret) const {
-    // A MEL array arrives whole in one slot, so the index already names the last slot read.
-    if (index >= slots_.size() || slots_[index].kind != kArraySlot)
+    if (index >= slots_.size() || slots_[index].kind == kUnreadableSlot)
         return MS::kInvalidParameter;
-    ret = slots_[index].values;
+    if (slots_[index].kind == kArraySlot) {
+        ret = slots_[index].values;
+        return MS::kSuccess;
+    }
+    // Plain strings: the array is every string from here on, and index moves to the last one.
+    MStringArray values;
+    unsigned int last = index;
+    for (; last < slots_.size() && slots_[last].kind == kStringSlot; ++last)
+        values.append(slots_[last].values[0]);
+    ret = values;
+    index = last - 1;
     return MS::kSuccess;
 }
 
@@ -317,6 +331,11 @@ MStatus MFnPlugin::deregisterCommand(const MString& commandName) {
 MString MFnPlugin::loadPath(MStatus* ReturnStatus) const {
     setStatus(ReturnStatus, MS::kSuccess);
     return utf8(state().loadPath);
+}
+
+MGlobal::MMayaState MGlobal::mayaState(MStatus* ReturnStatus) {
+    setStatus(ReturnStatus, MS::kSuccess);
+    return state().mayaState;
 }
 
 MStatus MGlobal::executeCommandOnIdle(const MString& command, bool) {

@@ -15,6 +15,9 @@ public:
         kRemoveFromList,
         kAddToHeadOfList
     };
+    enum MMayaState { kInteractive, kBatch, kLibraryApp, kBaseUIMode };
+
+    static MMayaState mayaState(MStatus* ReturnStatus = NULL);
 
     static MStatus executeCommandOnIdle(const MString& command, bool displayEnabled = false);
     static MStatus executePythonCommandOnIdle(const MString& command, bool displayEnabled = false);
