@@ -9,6 +9,7 @@
 #include "picker_window.h"
 
 #include <QApplication>
+#include <QIODevice>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QTabWidget>
@@ -43,6 +44,7 @@ public:
     host_status selectByName(const QString&, picker_list_adjustment) override { return {}; }
     host_status clearSelectionList() override { return {}; }
     void displayError(const QString&) override {}
+    bool hasInterface() const override { return true; }
     QWidget* mainWindow() override { return nullptr; }
 
     qint64 issued = 0;

@@ -69,11 +69,12 @@ bool picker_tab_record::operator==(const picker_tab_record& other) const {
            backgroundPng == other.backgroundPng && buttons == other.buttons;
 }
 
-void writePickerFile(QIODevice& device, const picker_tab_record& tab) {
+bool writePickerFile(QIODevice& device, const picker_tab_record& tab) {
     QDataStream stream(&device);
     stream.setVersion(picker_file_stream_version);
     stream << picker_format_version;
     writeTabBody(stream, tab);
+    return stream.status() == QDataStream::Ok;
 }
 
 QByteArray pickerFileBytes(const picker_tab_record& tab) {

@@ -46,7 +46,8 @@ struct picker_read_result {
     bool ok() const { return error.isEmpty(); }
 };
 
-void writePickerFile(QIODevice& device, const picker_tab_record& tab);
+// False when the device refused any of it.
+bool writePickerFile(QIODevice& device, const picker_tab_record& tab);
 picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab);
 // The same for a file held whole in memory.
 QByteArray pickerFileBytes(const picker_tab_record& tab);

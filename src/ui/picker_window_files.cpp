@@ -82,8 +82,14 @@ bool picker_window::do_save(picker_view* view, const QString& path) {
     QSaveFile file(path);
     bool saved = file.open(QIODevice::WriteOnly);
     if (saved) {
-        writePickerFile(file, tab_record(tabs_->indexOf(view)));
-        saved = file.commit();
+        // QSaveFile alone can still commit after a refused write (a full disk), so the stream's
+        // own verdict decides.
+        if (writePickerFile(file, tab_record(tabs_->indexOf(view))))
+            saved = file.commit();
+        else {
+            file.cancelWriting();
+            saved = false;
+        }
     }
     if (!saved) {
         picker_ask({QMessageBox::Critical, this, tr("Save Failed"),

@@ -141,7 +141,9 @@ run_checked(${CMAKE_COMMAND} --install "${build}" --component maya_module --pref
 set(expected TalvoraPicker.mod TalvoraPicker/plug-ins/2025/TalvoraPicker.so
     TalvoraPicker/scripts/userSetup.py TalvoraPicker/shelves/shelf_TalvoraPicker.mel
     TalvoraPicker/icons/TalvoraPicker.png TalvoraPicker/docs/index.html
-    TalvoraPicker/docs/command.html TalvoraPicker/docs/install-in-maya.md)
+    TalvoraPicker/docs/command.html TalvoraPicker/docs/install-in-maya.md
+    TalvoraPicker/docs/help/quick-start.html TalvoraPicker/docs/help/editing.html
+    TalvoraPicker/docs/help/namespaces.html TalvoraPicker/docs/help/shortcuts.html)
 file(GLOB_RECURSE installed RELATIVE "${fresh}" "${fresh}/*")
 list(SORT installed)
 list(SORT expected)

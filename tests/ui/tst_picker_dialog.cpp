@@ -469,6 +469,7 @@ void tst_picker_dialog::rebind_through_the_host() {
         click(dialog, answer == QLatin1String("Cancel") ? answer : QStringLiteral("OK"));
     });
 
+    host_->processIdle(); // the scene write an earlier row left queued
     if (force)
         entry_of(*window, 2, QStringLiteral("Change Namespace..."))->trigger();
     else
