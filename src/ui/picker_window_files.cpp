@@ -69,6 +69,7 @@ void picker_window::load_pickers(const QStringList& paths) {
         connect_picker(view);
         tabs_->setCurrentIndex(tabs_->addTab(view, tab.title));
         updateSceneData();
+        request_rebind(false);
     }
 }
 

@@ -229,6 +229,10 @@ void tst_picker_files::open_several_files() {
     QCOMPARE(session_.tabs()->currentIndex(), last);
     QCOMPARE(session_.view(last)->path(), paths.at(titles.last().at(0).unicode() - 'A'));
     QCOMPARE(session_.view(1)->buttons()->size(), 1);
+    // Each opened tab asks for its namespaces to be bound to the scene's.
+    QCOMPARE(session_.host->pendingMel().count(
+                 QStringLiteral("TalvoraPicker \"bind\" `picker_ListNamespaces`;")),
+             titles.size() - 1);
 
     session_.window()->flushSceneData();
     session_.host->processIdle();
