@@ -2,7 +2,9 @@
 #include "tools_test_vectors.h"
 
 #include <QFile>
+#include <QImage>
 #include <QProcess>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -38,6 +40,8 @@ private slots:
     void namespaces();
     void rebind_data();
     void rebind();
+    void render_data();
+    void render();
 
 private:
     run_result run(const QStringList& arguments);
@@ -55,6 +59,10 @@ void tst_pkrtool::init() {
 run_result tst_pkrtool::run(const QStringList& arguments) {
     QProcess process;
     process.setWorkingDirectory(dir_->path());
+    // Without a runtime folder the GUI side of render would warn on stderr.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), dir_->path());
+    process.setProcessEnvironment(environment);
     process.start(QStringLiteral(PKRTOOL_PATH), arguments);
     run_result result;
     if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit)
@@ -218,6 +226,20 @@ void tst_pkrtool::failures_data() {
     QTest::newRow("rebind a missing file")
         << args("rebind nowhere.pkr --map a=b") << 1
         << QStringLiteral("pkrtool: cannot open 'nowhere.pkr': No such file or directory");
+    QTest::newRow("render to nowhere")
+        << args("render good.pkr") << 2 << QStringLiteral("pkrtool: render needs -o OUT.png");
+    QTest::newRow("render, empty size")
+        << args("render good.pkr -o a.png --size 0x5") << 2
+        << QStringLiteral("pkrtool: --size wants WIDTHxHEIGHT, each 1 to 16384");
+    QTest::newRow("render, zoom and frame")
+        << args("render good.pkr -o a.png --zoom 2 --frame") << 2
+        << QStringLiteral("pkrtool: --zoom and --frame exclude each other");
+    QTest::newRow("render, zero zoom") << args("render good.pkr -o a.png --zoom 0") << 2
+                                       << QStringLiteral("pkrtool: --zoom wants a number above 0");
+    QTest::newRow("render a damaged file")
+        << args("render cut.pkr -o a.png") << 1
+        << QStringLiteral("pkrtool: 'cut.pkr' is a damaged picker file: the file ends in the "
+                          "middle of button 1");
 }
 
 void tst_pkrtool::failures() {
@@ -366,6 +388,49 @@ void tst_pkrtool::rebind() {
     QCOMPARE(read(QStringLiteral("in.pkr")).toHex(), inAfter.toHex());
     QCOMPARE(QFile::exists(dir_->filePath(QStringLiteral("out.pkr"))), !outAfter.isEmpty());
     QCOMPARE(read(QStringLiteral("out.pkr")).toHex(), outAfter.toHex());
+}
+
+// Three-name selection button at (5, 6) in 0xB22222 beside a command button, framed in 200 x 100.
+void tst_pkrtool::render_data() {
+    QTest::addColumn<QStringList>("select");
+    QTest::addColumn<QRgb>("shown");
+    QTest::addColumn<QRgb>("hidden");
+
+    const QRgb red = qRgb(0xB2, 0x22, 0x22);
+    const QRgb lit = qRgb(224, 224, 224);
+    const QRgb partly = qRgb(128, 128, 128);
+    QTest::newRow("nothing lit") << QStringList() << red << lit;
+    QTest::newRow("all names lit") << QStringList{QStringLiteral("--select"), QStringLiteral("a"),
+                                                  QStringLiteral("--select"), QStringLiteral("b"),
+                                                  QStringLiteral("--select"), QStringLiteral("c")}
+                                   << lit << red;
+    QTest::newRow("one name lit") << QStringList{QStringLiteral("--select"), QStringLiteral("b")}
+                                  << partly << red;
+}
+
+void tst_pkrtool::render() {
+    QFETCH(QStringList, select);
+    QFETCH(QRgb, shown);
+    QFETCH(QRgb, hidden);
+    write(QStringLiteral("rig.pkr"), fileWithNames("a", "b", "c", "select -cl;"));
+
+    const run_result result = run(QStringList{QStringLiteral("render"), QStringLiteral("rig.pkr"),
+                                              QStringLiteral("-o"), QStringLiteral("rig.png"),
+                                              QStringLiteral("--size"), QStringLiteral("200x100")} +
+                                  select);
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(result.out.startsWith("rig.png: 200 x 100, zoom "));
+    QImage image;
+    QVERIFY(image.loadFromData(read(QStringLiteral("rig.png")), "PNG"));
+    QCOMPARE(image.size(), QSize(200, 100));
+    QCOMPARE(image.pixel(0, 0), qRgb(51, 51, 51));
+    QSet<QRgb> colours;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            colours.insert(image.pixel(x, y));
+    QVERIFY(colours.contains(shown));
+    QVERIFY(!colours.contains(hidden));
 }
 
 QTEST_GUILESS_MAIN(tst_pkrtool)
