@@ -5,6 +5,7 @@
 #include "picker_prompt.h"
 #include "picker_view.h"
 #include "picker_window.h"
+#include "ui_test_support.h"
 
 #include <QBuffer>
 #include <QColor>
@@ -137,18 +138,7 @@ inline void lay_tab_body(QDataStream& out, qint32 version, const laid_tab& tab) 
             out.writeRawData(tab.png.constData(), static_cast<int>(tab.png.size()));
         }
     }
-    out << qint32(tab.buttons.size());
-    for (int b = 0; b < tab.buttons.size(); ++b) {
-        out << qint32(b) << qint32(10 * b) << qint32(20) << qint32(8);
-        if (version > 1)
-            out << qint32(0) << qint32(0);
-        out << quint32(0xFFB22222);
-        if (version > 3)
-            out << quint32(0xFF000000);
-        out << QString() << qint32(tab.buttons.at(b).size());
-        for (const QString& name : tab.buttons.at(b))
-            out << name;
-    }
+    lay_buttons(out, version, tab.buttons);
 }
 
 inline QByteArray laid_file(qint32 version, const laid_tab& tab) {
