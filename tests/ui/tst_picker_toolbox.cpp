@@ -104,6 +104,8 @@ private slots:
 
 void tst_picker_toolbox::initTestCase() {
     QStandardPaths::setTestModeEnabled(true);
+    // Qt 5 does not know the typedef by name, so the signal spy could not keep the colour.
+    qRegisterMetaType<QRgb>("QRgb");
     qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
 }
 

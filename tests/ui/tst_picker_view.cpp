@@ -280,9 +280,9 @@ void tst_picker_view::wheel_zooms_about_the_pointer() {
     QVERIFY(QTest::qWaitForWindowExposed(&view));
     view.setZoom(static_cast<float>(startZoom), QPoint(0, 0));
     const QPointF pointer(100, 60);
-    QWheelEvent wheel(pointer, view.mapToGlobal(pointer), QPoint(), QPoint(0, delta),
-                      buttonHeld ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                      false);
+    QWheelEvent wheel(pointer, QPointF(view.mapToGlobal(pointer.toPoint())), QPoint(),
+                      QPoint(0, delta), buttonHeld ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
     QApplication::sendEvent(&view, &wheel);
 
     QCOMPARE(view.zoom(), zoom);

@@ -18,6 +18,11 @@
 #include <functional>
 #include <memory>
 
+// Qt 6 knows these types already.
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+Q_DECLARE_METATYPE(Qt::MouseButton)
+#endif
+
 namespace {
 
 using point_path = QList<QPoint>;
@@ -300,12 +305,14 @@ void tst_picker_view_input::hover_tool_tip_data() {
     const QStringList six{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"),
                           QStringLiteral("d"), QStringLiteral("e"), QStringLiteral("f")};
     const qint32 selection = buttonAttributes::Selection;
-    QTest::newRow("one name") << six.mid(0, 1) << selection << "a";
-    QTest::newRow("four names") << six.mid(0, 4) << selection << "a\nb\nc\nd";
-    QTest::newRow("five names") << six.mid(0, 5) << selection << "a\nb\nc\n...and 2 more";
-    QTest::newRow("six names") << six << selection << "a\nb\nc\n...and 3 more";
+    QTest::newRow("one name") << QStringList(six.mid(0, 1)) << selection << QStringLiteral("a");
+    QTest::newRow("four names") << QStringList(six.mid(0, 4)) << selection
+                                << QStringLiteral("a\nb\nc\nd");
+    QTest::newRow("five names") << QStringList(six.mid(0, 5)) << selection
+                                << QStringLiteral("a\nb\nc\n...and 2 more");
+    QTest::newRow("six names") << six << selection << QStringLiteral("a\nb\nc\n...and 3 more");
     QTest::newRow("command button clears")
-        << QStringList{QStringLiteral("print 1")} << qint32(buttonAttributes::Command) << "";
+        << QStringList{QStringLiteral("print 1")} << qint32(buttonAttributes::Command) << QString();
 }
 
 void tst_picker_view_input::hover_tool_tip() {

@@ -9,6 +9,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+// Qt 6 knows this type already.
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+Q_DECLARE_METATYPE(QMessageBox::StandardButton)
+#endif
+
 namespace {
 
 const QColor canvas(51, 51, 51);
