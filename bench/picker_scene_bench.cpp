@@ -100,6 +100,8 @@ struct bench_window {
         if (withBackground) {
             const QPixmap image = background2048();
             view->setBackground(QString::number(image.cacheKey()), image);
+            // As choosing a background does: its image entry is stored once, before any edit.
+            window->setImageData(view);
         }
     }
     std::unique_ptr<picker_window> window;

@@ -131,18 +131,28 @@ bool readButtonRecord(QDataStream& stream, int version, qint32 index, buttonAttr
     return valid;
 }
 
+void appendBigEndian(QByteArray& bytes, qint32 value) {
+    const auto at = bytes.size();
+    bytes.resize(at + 4);
+    qToBigEndian<qint32>(value, bytes.data() + at);
+}
+
+void appendString(QByteArray& bytes, const QString& text) {
+    if (text.isNull()) {
+        appendBigEndian(bytes, qint32(null_string_length));
+        return;
+    }
+    appendBigEndian(bytes, qint32(text.size() * 2));
+    const auto at = bytes.size();
+    bytes.resize(at + text.size() * 2);
+    qToBigEndian<quint16>(text.utf16(), text.size(), bytes.data() + at);
+}
+
 } // namespace
 
 void writeString(QDataStream& stream, const QString& text) {
-    if (text.isNull()) {
-        stream << null_string_length;
-        return;
-    }
-    QByteArray bytes(static_cast<int>(text.size()) * 2, Qt::Uninitialized);
-    for (int i = 0; i < static_cast<int>(text.size()); ++i) {
-        qToBigEndian<quint16>(text.at(i).unicode(), bytes.data() + 2 * i);
-    }
-    stream << quint32(bytes.size());
+    QByteArray bytes;
+    appendString(bytes, text);
     stream.writeRawData(bytes.constData(), static_cast<int>(bytes.size()));
 }
 
@@ -198,16 +208,22 @@ QByteArray readImage(QDataStream& stream, stream_fault* fault) {
 }
 
 void writeButtonRecords(QDataStream& stream, const button_att_list& buttons) {
+    // Laid out in memory and handed over in one write: the scene is rewritten whole after every
+    // edit, and a stream call per field cost more than the compression that follows.
+    QByteArray bytes;
     qint32 index = 0;
     for (const buttonAttributes& att : buttons) {
-        stream << index++ << qint32(att.pos.x()) << qint32(att.pos.y()) << att.size << att.type
-               << att.api << quint32(att.color) << quint32(att.tcolor);
-        writeString(stream, att.label);
-        stream << qint32(att.sel.size());
+        for (const qint32 field : {index++, qint32(att.pos.x()), qint32(att.pos.y()), att.size,
+                                   att.type, att.api, qint32(att.color), qint32(att.tcolor)}) {
+            appendBigEndian(bytes, field);
+        }
+        appendString(bytes, att.label);
+        appendBigEndian(bytes, qint32(att.sel.size()));
         for (const QString& name : att.sel) {
-            writeString(stream, name);
+            appendString(bytes, name);
         }
     }
+    stream.writeRawData(bytes.constData(), static_cast<int>(bytes.size()));
 }
 
 button_att_list readButtonRecords(QDataStream& stream, int version, qint32 count,

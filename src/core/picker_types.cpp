@@ -1,6 +1,7 @@
 #include "picker_types.h"
 
 #include "picker_file.h"
+#include "picker_node_ids.h"
 #include "picker_selection.h"
 #include "picker_stream.h"
 
@@ -22,6 +23,14 @@ bool buttonAttributes::operator==(const buttonAttributes& other) const {
 void buttonRecord::moveTo(const QPoint& p) {
     att.pos = p;
     bounds.moveCenter(p);
+}
+
+const QVector<int>& buttonRecord::node_ids() {
+    if (!att.sel.isSharedWith(idsOf_)) {
+        ids_ = intern_node_names(att.sel);
+        idsOf_ = att.sel;
+    }
+    return ids_;
 }
 
 bool buttonRecord::select(bool all) {

@@ -16,14 +16,14 @@ struct buttonAttributes {
     enum Kind : qint32 { Selection = 0, Command = 1 };
     enum Api : qint32 { Mel = 0, Python = 1 };
 
-    QPoint pos;       // centre, in picker space
-    qint32 size = 0;  // edge length, in picker units
+    QPoint pos;      // centre, in picker space
+    qint32 size = 0; // edge length, in picker units
     qint32 type = Selection;
     qint32 api = Mel;
     QRgb color = 0;
     QRgb tcolor = 0;
     QString label;
-    QStringList sel;  // node names, or the one script of a command button
+    QStringList sel; // node names, or the one script of a command button
 
     bool operator==(const buttonAttributes& other) const;
     bool operator!=(const buttonAttributes& other) const { return !(*this == other); }
@@ -40,16 +40,23 @@ struct buttonRecord {
 
     buttonAttributes att;
     QRect bounds;
-    QPixmap img;  // cached rendering; null until drawn
+    QPixmap img; // cached rendering; null until drawn
     qint16 selected = None;
     sel_list which;
 
     void moveTo(const QPoint& p);
+    // The interned ids of att.sel, taken again once att.sel is no longer the list they were taken
+    // from: any change to the names detaches it from the copy kept here.
+    const QVector<int>& node_ids();
 
     // With all set, only the flags change (the host told us); otherwise each name that changes
     // state is handed to the selection mirror. True when the mirror was told anything.
     bool select(bool all);
     bool unselect(bool all);
+
+private:
+    QStringList idsOf_;
+    QVector<int> ids_;
 };
 
 // Attribute list (clipboard): format 1, count, records. Invalid records are dropped.

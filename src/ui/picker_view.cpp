@@ -276,17 +276,13 @@ void picker_view::set_button_label(buttonRecord* rec, const QString& label) {
 }
 
 bool picker_view::conform_to_set(const button_set& names) {
-    name_lookup lookup;
-    lookup.reserve(static_cast<int>(names.size()));
-    for (const QString& name : names)
-        lookup.insert(name);
-    return conform_to_set(lookup);
+    return conform_to_set(name_lookup(names.cbegin(), names.cend()));
 }
 
 bool picker_view::conform_to_set(const name_lookup& names) {
     bool changed = false;
     for (buttonRecord& button : blist_) {
-        const QStringList& sel = button.att.sel;
+        const QVector<int>& sel = button.node_ids();
         button.which.resize(sel.size());
         int hits = 0;
         for (int i = 0; i < sel.size(); ++i) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "picker_node_ids.h"
 #include "picker_overlay.h"
 #include "picker_types.h"
 
@@ -32,8 +33,6 @@ class picker_mouse_cmd;
 class picker_window;
 
 using button_list = QList<buttonRecord>;
-// Node names looked up by hash: lighting every button costs one lookup a name.
-using name_lookup = QSet<QString>;
 
 // The view's zoom stays inside [0.25, 16].
 float limitZoom(float z);

@@ -336,7 +336,7 @@ void picker_window::setSelection(const QStringList& names) {
         updatex_->setEnabled(false);
         return;
     }
-    // Hashed once for every tab: each button name costs one lookup, not a scan of the selection.
+    // Interned once for every tab: each button name then costs an array look-up.
     const name_lookup lookup(names.cbegin(), names.cend());
     for (int i = 0; i < tabs_->count(); ++i) {
         picker_view* view = view_at(i);

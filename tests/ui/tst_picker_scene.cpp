@@ -46,6 +46,8 @@ private slots:
     void image_entries_follow_the_key();
     void views_sharing_a_key_both_receive_the_image_data();
     void views_sharing_a_key_both_receive_the_image();
+    void replaced_background_is_stored_data();
+    void replaced_background_is_stored();
     void scene_open_brings_the_pickers_back();
     void hostile_key_runs_nothing_data();
     void hostile_key_runs_nothing();
@@ -244,11 +246,47 @@ void tst_picker_scene::views_sharing_a_key_both_receive_the_image() {
     QCOMPARE(session_.view(0)->backgroundKey(), shared);
 
     QVERIFY(session_.host->executeCommand(
-                QStringLiteral("TalvoraPicker fetch_image %1 %2")
-                    .arg(picker_mel_quote(shared), picker_mel_quote(blueText))));
+        QStringLiteral("TalvoraPicker fetch_image %1 %2")
+            .arg(picker_mel_quote(shared), picker_mel_quote(blueText))));
 
     for (int i = 0; i < colours.size(); ++i)
         QCOMPARE(pixel_of(session_.view(i)->background()), colours.at(i));
+}
+
+void tst_picker_scene::replaced_background_is_stored_data() {
+    QTest::addColumn<QString>("newKey");
+
+    QTest::newRow("same key") << QStringLiteral("31");
+    QTest::newRow("new key") << QStringLiteral("32");
+}
+
+// Written once with a red picture, the tab then shows a blue one: both entries must hold blue.
+void tst_picker_scene::replaced_background_is_stored() {
+    QFETCH(QString, newKey);
+
+    picker_view* view = session_.view(0);
+    view->setBackground(QStringLiteral("31"),
+                        QPixmap::fromImage(QImage::fromData(png_of(Qt::red))));
+    session_.writeScene();
+    session_.window()->setImageData(view);
+    view->setBackground(newKey, QPixmap::fromImage(QImage::fromData(png_of(Qt::blue))));
+    session_.writeScene();
+    session_.window()->setImageData(view);
+    session_.host->processIdle();
+
+    picker_tab_set set;
+    const QByteArray stored = session_.storedTabs();
+    QDataStream in(stored);
+    QVERIFY(readTabStream(in, set).ok());
+    QCOMPARE(set.tabs.first().backgroundKey, newKey);
+    QImage tab;
+    QVERIFY(tab.loadFromData(set.tabs.first().backgroundPng, "PNG"));
+    QCOMPARE(QColor(tab.pixel(1, 1)), QColor(Qt::blue));
+    const QByteArray entry = QByteArray::fromBase64(
+        session_.host->fileInfo(QStringLiteral("TalvoraPickerImage_") + newKey).toLatin1());
+    QImage image;
+    QVERIFY(image.loadFromData(entry.mid(4), "PNG"));
+    QCOMPARE(QColor(image.pixel(1, 1)), QColor(Qt::blue));
 }
 
 void tst_picker_scene::scene_open_brings_the_pickers_back() {

@@ -80,6 +80,8 @@ private slots:
     void frame_bounds_never_zooms_in_when_told();
     void animation_lands_on_the_eighth_tick();
     void hashed_conform_matches_the_plain_rule();
+    void renamed_button_lights_by_its_new_names_data();
+    void renamed_button_lights_by_its_new_names();
     void selection_follows_lit_buttons_data();
     void selection_follows_lit_buttons();
     void select_bounds_data();
@@ -391,6 +393,51 @@ void tst_picker_view::hashed_conform_matches_the_plain_rule() {
         // Once lit, the same names change nothing.
         QVERIFY(!view.conform_to_set(name_lookup(selected.cbegin(), selected.cend())));
     }
+}
+
+void tst_picker_view::renamed_button_lights_by_its_new_names_data() {
+    QTest::addColumn<int>("edit");
+    QTest::addColumn<QStringList>("names");
+
+    const QString x = QStringLiteral("x");
+    QTest::newRow("list replaced") << 0 << QStringList{x, QStringLiteral("a")};
+    QTest::newRow("name changed in place") << 1 << QStringList{QStringLiteral("a"), x};
+    QTest::newRow("name appended") << 2 << QStringList{QStringLiteral("a"), QStringLiteral("b"), x};
+    QTest::newRow("name removed") << 3 << QStringList{QStringLiteral("b")};
+    QTest::newRow("never seen name") << 0 << QStringList{QStringLiteral("renamed_only_here")};
+}
+
+// Lit once under its old names, the button then takes the new ones; lighting must follow them.
+void tst_picker_view::renamed_button_lights_by_its_new_names() {
+    QFETCH(int, edit);
+    QFETCH(QStringList, names);
+
+    picker_view view;
+    view.push_button(selection_button({QStringLiteral("a"), QStringLiteral("b")}), -1);
+    view.conform_to_set(button_set::fromStringList({QStringLiteral("a"), QStringLiteral("b")}));
+    QStringList& sel = (*view.buttons())[0].att.sel;
+    switch (edit) {
+    case 0:
+        sel = names;
+        break;
+    case 1:
+        sel[1] = names.at(1);
+        break;
+    case 2:
+        sel.append(names.last());
+        break;
+    default:
+        sel.removeFirst();
+    }
+    QCOMPARE(sel, names);
+
+    const QStringList selected{QStringLiteral("a"), QStringLiteral("x"),
+                               QStringLiteral("renamed_only_here")};
+    button_list expected = *view.buttons();
+    plain_conform(expected, selected);
+    view.conform_to_set(name_lookup(selected.cbegin(), selected.cend()));
+    QCOMPARE(view.buttons()->at(0).which, expected.at(0).which);
+    QCOMPARE(view.buttons()->at(0).selected, expected.at(0).selected);
 }
 
 void tst_picker_view::selection_follows_lit_buttons_data() {

@@ -1,0 +1,35 @@
+#include "picker_node_ids.h"
+
+#include <QHash>
+
+namespace {
+
+QHash<QString, int>& node_table() {
+    static QHash<QString, int> table;
+    return table;
+}
+
+} // namespace
+
+int intern_node_name(const QString& name) {
+    QHash<QString, int>& table = node_table();
+    auto found = table.constFind(name);
+    if (found == table.constEnd())
+        found = table.insert(name, static_cast<int>(table.size()));
+    return found.value();
+}
+
+QVector<int> intern_node_names(const QStringList& names) {
+    QVector<int> ids;
+    ids.reserve(names.size());
+    for (const QString& name : names)
+        ids.append(intern_node_name(name));
+    return ids;
+}
+
+void name_lookup::insert(const QString& name) {
+    const int id = intern_node_name(name);
+    if (held_.size() <= id)
+        held_.resize(node_table().size());
+    held_[id] = 1;
+}
