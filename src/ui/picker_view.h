@@ -185,7 +185,9 @@ protected:
 
 private:
     void draw_buttons(QPainter& p, const QRect& area) const;
-    void draw_one_button(QPainter& p, const buttonRecord& b) const;
+    // outline: the lit state of the command button drawn last in this pass, whose pen outlines
+    // the shape; no pen before any.
+    void draw_one_button(QPainter& p, const buttonRecord& b, int outline) const;
     void draw_command_button(QPainter& p, const buttonRecord& b) const;
     void draw_label(QPainter& p, const buttonRecord& b, const QPointF& center) const;
     void nudge_buttons(int dx, int dy);

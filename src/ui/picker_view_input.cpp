@@ -131,8 +131,15 @@ void picker_view::build_input() {
 }
 
 buttonRecord* picker_view::find_button(const QPoint& p) {
+    // A screen edge is a mapped picker edge cut to a whole pixel, so a button holding p reaches
+    // within a pixel of it in picker space: that plain comparison spares most buttons the mapping.
+    const double x = (p.x() - shift_.x()) / zoom_;
+    const double y = (p.y() - shift_.y()) / zoom_;
+    const double reach = 2.0 / zoom_;
     for (buttonRecord& button : blist_) {
-        if (mapToScreen(button.bounds).contains(p))
+        const QRect& b = button.bounds;
+        if (b.left() <= x + reach && b.right() >= x - reach && b.top() <= y + reach &&
+            b.bottom() >= y - reach && mapToScreen(b).contains(p))
             return &button;
     }
     return nullptr;

@@ -5,12 +5,16 @@
 
 #include <QFont>
 #include <QFontMetrics>
+#include <QHash>
 #include <QImage>
 #include <QLinearGradient>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPen>
+#include <QTransform>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -18,6 +22,123 @@ QFont label_font() {
     QFont font(QStringLiteral("Tahoma"), 8, QFont::Normal, false);
     font.setStyleStrategy(QFont::NoAntialias);
     return font;
+}
+
+// A command button leaves its outline pen set for the shapes drawn after it; the outlines are
+// told apart by that button's lit state, and no_outline stands for the pen set before any.
+constexpr int no_outline = 3;
+
+int lit_state(const buttonRecord& b) {
+    if (b.selected == buttonRecord::None || b.selected == buttonRecord::All)
+        return b.selected;
+    return buttonRecord::Some;
+}
+
+QPen outline_pen(int outline) {
+    if (outline == no_outline)
+        return QPen(Qt::NoPen);
+    const QColor colour = outline == buttonRecord::None  ? QColor(Qt::black)
+                          : outline == buttonRecord::All ? QColor(Qt::white)
+                                                         : QColor(128, 128, 128);
+    return QPen(QBrush(colour), 0.5, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
+}
+
+// What a button's shape looks like, short of its label. colour is the fill of a selection
+// shape and the own colour of a command button, whose outline follows its lit state.
+struct button_look {
+    enum shape_kind { ellipse, rounded, command };
+    shape_kind shape;
+    int outline;
+    QRgb colour;
+    QSize size;
+
+    quint64 key() const {
+        return quint64(shape) | quint64(outline) << 2 | quint64(colour & 0xFFFFFFu) << 4 |
+               quint64(size.width()) << 28 | quint64(size.height()) << 46;
+    }
+};
+
+void draw_look(QPainter& p, const QRectF& r, const button_look& look) {
+    p.setPen(outline_pen(look.outline));
+    const QColor c = QColor::fromRgb(look.colour);
+    if (look.shape != button_look::command) {
+        p.setBrush(c);
+        if (look.shape == button_look::ellipse) {
+            p.drawEllipse(r);
+        } else {
+            const qreal k = 0.2 * std::min(r.width(), r.height());
+            p.drawRoundedRect(r, k, k, Qt::AbsoluteSize);
+        }
+        return;
+    }
+    if (look.outline == buttonRecord::None) {
+        QLinearGradient gradient(r.topLeft(), r.bottomLeft());
+        gradient.setColorAt(0.0, c.lighter(150));
+        gradient.setColorAt(0.1, c);
+        gradient.setColorAt(0.9, c);
+        gradient.setColorAt(1.0, c.darker(150));
+        p.setBrush(gradient);
+    } else if (look.outline == buttonRecord::All) {
+        p.setBrush(c.lighter(150));
+    } else {
+        p.setBrush(QColor(128, 128, 128));
+    }
+    const qreal k = 0.05 * std::min(r.width(), r.height());
+    p.drawRoundedRect(r, k, k, Qt::AbsoluteSize);
+}
+
+// Drawing the same shape again and again is most of a repaint, so each look is drawn once into
+// an image, with a pixel of margin for the outline, and copied from then on. The images are
+// shared by every view and dropped together when they outgrow the budget.
+class look_cache {
+public:
+    // Larger looks are rare and would crowd the others out: they are drawn each time.
+    static constexpr int largest_side = 512;
+
+    const QImage& image(const button_look& look) {
+        const quint64 key = look.key();
+        const auto found = images_.constFind(key);
+        if (found != images_.constEnd())
+            return *found;
+        QImage image(look.size + QSize(2, 2), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing, true);
+        draw_look(painter, QRectF(QPointF(1, 1), QSizeF(look.size)), look);
+        painter.end();
+        bytes_ += image.sizeInBytes();
+        if (bytes_ > budget) {
+            images_.clear();
+            bytes_ = image.sizeInBytes();
+        }
+        return *images_.insert(key, image);
+    }
+
+private:
+    static constexpr qint64 budget = 32 * 1024 * 1024;
+    QHash<quint64, QImage> images_;
+    qint64 bytes_ = 0;
+};
+
+look_cache& looks() {
+    static look_cache cache;
+    return cache;
+}
+
+// Copies stay exact only while one painter unit is one whole device pixel.
+bool copies_exact(const QPainter& p) {
+    const QTransform& t = p.deviceTransform();
+    return t.type() <= QTransform::TxTranslate && t.dx() == std::floor(t.dx()) &&
+           t.dy() == std::floor(t.dy());
+}
+
+void draw_cached(QPainter& p, const QRect& box, const button_look& look) {
+    if (!copies_exact(p) || box.width() > look_cache::largest_side ||
+        box.height() > look_cache::largest_side) {
+        draw_look(p, QRectF(box), look);
+        return;
+    }
+    p.drawImage(box.topLeft() - QPoint(1, 1), looks().image(look));
 }
 
 } // namespace
@@ -43,67 +164,39 @@ void picker_view::draw_buttons(QPainter& p, const QRect& area) const {
     if (blist_.isEmpty())
         return;
     const QRect r = mapToPicker(area);
-    // Set once: a command button leaves its outline pen behind for the shapes drawn after it.
-    p.setPen(Qt::NoPen);
+    int outline = no_outline;
     for (const buttonRecord& button : blist_) {
         if (!button.bounds.intersects(r))
             continue;
-        if (button.att.type != buttonAttributes::Selection)
+        if (button.att.type != buttonAttributes::Selection) {
+            outline = lit_state(button);
             draw_command_button(p, button);
-        else
-            draw_one_button(p, button);
+        } else {
+            draw_one_button(p, button, outline);
+        }
     }
 }
 
-void picker_view::draw_one_button(QPainter& p, const buttonRecord& b) const {
-    QColor fill;
-    if (b.selected == buttonRecord::None)
-        fill = QColor::fromRgb(b.att.color);
-    else if (b.selected == buttonRecord::All)
-        fill = QColor(224, 224, 224);
-    else
-        fill = QColor(128, 128, 128);
-    const QBrush brush(fill);
-    const QRectF r(mapToScreen(b.bounds));
+void picker_view::draw_one_button(QPainter& p, const buttonRecord& b, int outline) const {
+    QRgb fill = b.att.color;
+    if (b.selected == buttonRecord::All)
+        fill = qRgb(224, 224, 224);
+    else if (b.selected != buttonRecord::None)
+        fill = qRgb(128, 128, 128);
+    const QRect box = mapToScreen(b.bounds);
     if (b.att.sel.size() > 1) {
-        p.setBrush(brush);
-        if (b.img.isNull()) {
-            p.drawEllipse(r);
-        } else {
-            const qreal k = 0.2 * std::min(r.width(), r.height());
-            p.drawRoundedRect(r, k, k, Qt::AbsoluteSize);
-        }
+        const auto shape = b.img.isNull() ? button_look::ellipse : button_look::rounded;
+        draw_cached(p, box, {shape, outline, fill, box.size()});
     } else {
-        p.fillRect(r, brush);
+        p.fillRect(QRectF(box), QColor::fromRgb(fill));
     }
-    draw_label(p, b, r.center());
+    draw_label(p, b, QRectF(box).center());
 }
 
 void picker_view::draw_command_button(QPainter& p, const buttonRecord& b) const {
-    const QRectF r(mapToScreen(b.bounds));
-    const QColor c = QColor::fromRgb(b.att.color);
-    QBrush fill;
-    QBrush outline;
-    if (b.selected == buttonRecord::None) {
-        QLinearGradient gradient(r.topLeft(), r.bottomLeft());
-        gradient.setColorAt(0.0, c.lighter(150));
-        gradient.setColorAt(0.1, c);
-        gradient.setColorAt(0.9, c);
-        gradient.setColorAt(1.0, c.darker(150));
-        fill = QBrush(gradient);
-        outline = QBrush(Qt::black);
-    } else if (b.selected == buttonRecord::All) {
-        fill = QBrush(c.lighter(150));
-        outline = QBrush(Qt::white);
-    } else {
-        fill = QBrush(QColor(128, 128, 128));
-        outline = fill;
-    }
-    p.setBrush(fill);
-    p.setPen(QPen(outline, 0.5, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
-    const qreal k = 0.05 * std::min(r.width(), r.height());
-    p.drawRoundedRect(r, k, k, Qt::AbsoluteSize);
-    draw_label(p, b, r.center());
+    const QRect box = mapToScreen(b.bounds);
+    draw_cached(p, box, {button_look::command, lit_state(b), b.att.color, box.size()});
+    draw_label(p, b, QRectF(box).center());
 }
 
 void picker_view::draw_label(QPainter& p, const buttonRecord& b, const QPointF& center) const {

@@ -139,6 +139,8 @@ private slots:
     void cursors();
     void forwarded_keys_fire_every_bound_action_data();
     void forwarded_keys_fire_every_bound_action();
+    void hit_test_data();
+    void hit_test();
 
 private:
     void drag(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& from,
@@ -686,6 +688,52 @@ void tst_picker_view_input::forwarded_keys_fire_every_bound_action() {
     window_->setFocus(Qt::MouseFocusReason);
     QTest::keyClick(window_, static_cast<Qt::Key>(key), modifiers);
     QCOMPARE(steps.count(), step.isEmpty() ? 0 : 1);
+}
+
+void tst_picker_view_input::hit_test_data() {
+    QTest::addColumn<double>("zoom");
+    QTest::addColumn<QPoint>("shift");
+
+    QTest::newRow("zoom 1") << 1.0 << QPoint(0, 0);
+    QTest::newRow("quarter, shifted") << 0.25 << QPoint(7, -3);
+    QTest::newRow("zoom 1, shifted back") << 1.0 << QPoint(-3, -4);
+    QTest::newRow("2.5, shifted") << 2.5 << QPoint(10, 12);
+    QTest::newRow("16, shifted back") << 16.0 << QPoint(-600, -500);
+}
+
+void tst_picker_view_input::hit_test() {
+    QFETCH(double, zoom);
+    QFETCH(QPoint, shift);
+
+    // Overlapping buttons of odd sizes, some reaching past the view's top left corner.
+    picker_view view;
+    view.resize(200, 150);
+    const QList<QPair<QPoint, int>> buttons = {{QPoint(0, 0), 9},   {QPoint(5, 5), 12},
+                                               {QPoint(6, 6), 3},   {QPoint(-3, 20), 7},
+                                               {QPoint(44, 37), 1}, {QPoint(40, 30), 25}};
+    for (const auto& button : buttons) {
+        buttonAttributes att;
+        att.pos = button.first;
+        att.size = button.second;
+        view.push_button(att, -1);
+    }
+    view.setZoom(static_cast<float>(zoom), QPoint(0, 0));
+    view.setShift(shift);
+
+    // Every pixel finds the earliest button whose screen rectangle holds it.
+    for (int y = -5; y < 155; ++y) {
+        for (int x = -5; x < 205; ++x) {
+            const QPoint p(x, y);
+            buttonRecord* earliest = nullptr;
+            for (buttonRecord& button : *view.buttons()) {
+                if (view.mapToScreen(button.bounds).contains(p)) {
+                    earliest = &button;
+                    break;
+                }
+            }
+            QCOMPARE(view.find_button(p), earliest);
+        }
+    }
 }
 
 QTEST_MAIN(tst_picker_view_input)

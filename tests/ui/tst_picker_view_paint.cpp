@@ -66,6 +66,8 @@ private slots:
     void command_button_states_data();
     void command_button_states();
     void command_pen_outlines_later_shapes();
+    void repaint_shows_a_changed_look_data();
+    void repaint_shows_a_changed_look();
     void light_label_is_cut_out_of_a_lit_button_data();
     void light_label_is_cut_out_of_a_lit_button();
     void only_buttons_meeting_the_area_are_drawn();
@@ -179,6 +181,50 @@ void tst_picker_view_paint::command_pen_outlines_later_shapes() {
         return at(image, 35, 50);
     };
     QVERIFY(circle_edge(true).green() > circle_edge(false).green() + 30);
+}
+
+void tst_picker_view_paint::repaint_shows_a_changed_look_data() {
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QPoint>("probe");
+    QTest::addColumn<QColor>("expected");
+
+    const QColor blue(30, 30, 200);
+    for (const int type : {int(buttonAttributes::Selection), int(buttonAttributes::Command)}) {
+        const char* kind = type == buttonAttributes::Selection ? "circle: " : "command: ";
+        const QColor lit = type == buttonAttributes::Selection ? QColor(224, 224, 224)
+                                                               : QColor(red.lighter(150).rgb());
+        QTest::addRow("%srecoloured", kind) << type << "recolour" << QPoint(50, 50) << blue;
+        QTest::addRow("%slit", kind) << type << "light" << QPoint(50, 50) << lit;
+        // Inside the grown shape, outside the first one.
+        QTest::addRow("%sgrown", kind) << type << "grow" << QPoint(33, 50) << red;
+        QTest::addRow("%szoomed", kind) << type << "zoom" << QPoint(115, 100) << red;
+    }
+}
+
+void tst_picker_view_paint::repaint_shows_a_changed_look() {
+    QFETCH(int, type);
+    QFETCH(QString, change);
+    QFETCH(QPoint, probe);
+    QFETCH(QColor, expected);
+
+    picker_view view;
+    view.resize(200, 150);
+    buttonAttributes att = button_at(QPoint(50, 50), 2, type);
+    att.size = 20;
+    view.push_button(att, -1);
+    render(view);
+
+    buttonRecord& button = (*view.buttons())[0];
+    if (change == QLatin1String("recolour"))
+        button.att.color = QColor(30, 30, 200).rgb();
+    else if (change == QLatin1String("light"))
+        button.selected = buttonRecord::All;
+    else if (change == QLatin1String("grow"))
+        view.set_button_size(&button, 40);
+    else
+        view.setZoom(2.0f, QPoint(0, 0));
+    QCOMPARE(at(render(view), probe.x(), probe.y()), expected);
 }
 
 void tst_picker_view_paint::light_label_is_cut_out_of_a_lit_button_data() {
