@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-packages=(g++ cmake ninja-build pkg-config ccache qt6-base-dev qtbase5-dev libbenchmark-dev)
+packages=(g++ cmake ninja-build pkg-config ccache zlib1g-dev qt6-base-dev qtbase5-dev libbenchmark-dev)
 jobs=$(nproc 2>/dev/null || echo 2)
 # Paths relative to the checkout, so every clone of it shares one compiler cache.
 export CCACHE_BASEDIR=$PWD

@@ -108,9 +108,17 @@ struct bench_window {
     picker_view* view = nullptr;
 };
 
+// The edit each write follows: one button moved, back and forth.
+void edit_one(picker_view* view, int iteration) {
+    buttonRecord& button = (*view->buttons())[iteration * 37 % view->buttons()->size()];
+    button.moveTo(button.att.pos + QPoint(iteration % 2 == 0 ? 1 : -1, 0));
+}
+
 void scene_write(benchmark::State& state, int buttons, bool withBackground) {
     bench_window picker(buttons, withBackground);
+    int iteration = 0;
     for (auto _ : state) {
+        edit_one(picker.view, iteration++);
         picker.view->signal_changed();
         picker.window->flushSceneData();
     }
@@ -122,7 +130,9 @@ void scene_write(benchmark::State& state, int buttons, bool withBackground) {
 void scene_write_literal(benchmark::State& state, int buttons, bool withBackground) {
     bench_window picker(buttons, withBackground);
     QTabWidget* tabs = picker.window->findChild<QTabWidget*>();
+    int iteration = 0;
     for (auto _ : state) {
+        edit_one(picker.view, iteration++);
         QByteArray bytes;
         {
             QDataStream out(&bytes, QIODevice::WriteOnly);

@@ -1,5 +1,6 @@
 #include "picker_file.h"
 
+#include "picker_piece_stream.h"
 #include "picker_stream.h"
 
 #include <QBuffer>
@@ -125,11 +126,15 @@ picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab) {
 }
 
 void writeTabStream(QDataStream& stream, const picker_tab_set& set) {
-    stream << picker_format_version << qint32(set.tabs.size()) << set.current;
-    qint32 index = 0;
+    picker_tab_stream_pieces pieces(qint32(set.tabs.size()), set.current);
     for (const picker_tab_record& tab : set.tabs) {
-        stream << index++;
-        writeTabBody(stream, tab);
+        pieces.addTab(tab.title, tab.backgroundKey, tab.backgroundPng, qint32(tab.buttons.size()));
+        for (const buttonAttributes& att : tab.buttons) {
+            pieces.addButton(att);
+        }
+    }
+    for (const picker_stream_piece& piece : pieces.take()) {
+        stream.writeRawData(piece.bytes.constData(), static_cast<int>(piece.bytes.size()));
     }
 }
 

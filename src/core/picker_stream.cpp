@@ -131,21 +131,41 @@ bool readButtonRecord(QDataStream& stream, int version, qint32 index, buttonAttr
     return valid;
 }
 
-void appendBigEndian(QByteArray& bytes, qint32 value) {
-    const auto at = bytes.size();
-    bytes.resize(at + 4);
-    qToBigEndian<qint32>(value, bytes.data() + at);
+// Writers lay the bytes out through a cursor into space made once, not a resize per field: the
+// scene is rewritten whole after every edit.
+char* grow(QByteArray& bytes, qsizetype count) {
+    const qsizetype at = bytes.size();
+    bytes.resize(at + count);
+    return bytes.data() + at;
+}
+
+qsizetype stringBytes(const QString& text) {
+    return 4 + (text.isNull() ? 0 : 2 * qsizetype(text.size()));
+}
+
+void putBigEndian(char*& out, qint32 value) {
+    qToBigEndian<qint32>(value, out);
+    out += 4;
+}
+
+void putString(char*& out, const QString& text) {
+    if (text.isNull()) {
+        putBigEndian(out, qint32(null_string_length));
+        return;
+    }
+    putBigEndian(out, qint32(text.size() * 2));
+    const QChar* units = text.constData();
+    for (qsizetype i = 0, n = text.size(); i < n; ++i) {
+        const ushort unit = units[i].unicode();
+        out[2 * i] = static_cast<char>(unit >> 8);
+        out[2 * i + 1] = static_cast<char>(unit & 0xff);
+    }
+    out += 2 * text.size();
 }
 
 void appendString(QByteArray& bytes, const QString& text) {
-    if (text.isNull()) {
-        appendBigEndian(bytes, qint32(null_string_length));
-        return;
-    }
-    appendBigEndian(bytes, qint32(text.size() * 2));
-    const auto at = bytes.size();
-    bytes.resize(at + text.size() * 2);
-    qToBigEndian<quint16>(text.utf16(), text.size(), bytes.data() + at);
+    char* out = grow(bytes, stringBytes(text));
+    putString(out, text);
 }
 
 } // namespace
@@ -207,21 +227,39 @@ QByteArray readImage(QDataStream& stream, stream_fault* fault) {
     return readPng(stream, fault);
 }
 
+void appendButtonRecord(QByteArray& bytes, qint32 index, const buttonAttributes& att) {
+    qsizetype size = 8 * 4 + stringBytes(att.label) + 4;
+    for (const QString& name : att.sel) {
+        size += stringBytes(name);
+    }
+    char* out = grow(bytes, size);
+    for (const qint32 field : {index, qint32(att.pos.x()), qint32(att.pos.y()), att.size, att.type,
+                               att.api, qint32(att.color), qint32(att.tcolor)}) {
+        putBigEndian(out, field);
+    }
+    putString(out, att.label);
+    putBigEndian(out, qint32(att.sel.size()));
+    for (const QString& name : att.sel) {
+        putString(out, name);
+    }
+}
+
+void appendStreamString(QByteArray& bytes, const QString& text) {
+    appendString(bytes, text);
+}
+
+void appendStreamInt(QByteArray& bytes, qint32 value) {
+    char* out = grow(bytes, 4);
+    putBigEndian(out, value);
+}
+
 void writeButtonRecords(QDataStream& stream, const button_att_list& buttons) {
     // Laid out in memory and handed over in one write: the scene is rewritten whole after every
     // edit, and a stream call per field cost more than the compression that follows.
     QByteArray bytes;
     qint32 index = 0;
     for (const buttonAttributes& att : buttons) {
-        for (const qint32 field : {index++, qint32(att.pos.x()), qint32(att.pos.y()), att.size,
-                                   att.type, att.api, qint32(att.color), qint32(att.tcolor)}) {
-            appendBigEndian(bytes, field);
-        }
-        appendString(bytes, att.label);
-        appendBigEndian(bytes, qint32(att.sel.size()));
-        for (const QString& name : att.sel) {
-            appendString(bytes, name);
-        }
+        appendButtonRecord(bytes, index++, att);
     }
     stream.writeRawData(bytes.constData(), static_cast<int>(bytes.size()));
 }

@@ -24,6 +24,11 @@ QString readString(QDataStream& stream, stream_fault* fault = nullptr);
 void writeImage(QDataStream& stream, const QByteArray& png);
 QByteArray readImage(QDataStream& stream, stream_fault* fault = nullptr);
 
+// The same layouts appended to bytes in memory, for writers that build a stream in pieces.
+void appendStreamInt(QByteArray& bytes, qint32 value);
+void appendStreamString(QByteArray& bytes, const QString& text);
+void appendButtonRecord(QByteArray& bytes, qint32 index, const buttonAttributes& att);
+
 // The per-button records alone, written in the newest layout with indices from 0.
 void writeButtonRecords(QDataStream& stream, const button_att_list& buttons);
 // Reads up to count records laid out for the given format version, dropping invalid ones.

@@ -2,6 +2,7 @@
 
 #include "picker_config.h"
 #include "picker_main.h"
+#include "picker_piece_stream.h"
 #include "picker_toolbox.h"
 #include "picker_types.h"
 
@@ -155,6 +156,8 @@ private:
     picker_tab_record tab_record(int index);
     // The view's background as a PNG file, encoded once per image.
     QByteArray background_png(const picker_view* view);
+    // All tabs as the tab stream, in pieces that the scene write compresses apart.
+    QVector<picker_stream_piece> stream_pieces();
 
     QMenuBar* mbar_ = nullptr;
     QTabWidget* tabs_ = nullptr;
@@ -191,4 +194,5 @@ private:
     // Runs the waiting scene write once the current event is handled.
     QTimer* sceneTimer_ = nullptr;
     bool scenePending_ = false;
+    picker_piece_compressor sceneCompressor_;
 };

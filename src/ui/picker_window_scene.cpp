@@ -10,12 +10,9 @@
 #include <QSet>
 #include <QTabWidget>
 #include <QTimer>
+#include <QVector>
 
 namespace {
-
-// Every edit rewrites the whole entry, so speed matters more than size; the reader takes any
-// level.
-constexpr int scene_compression = 1;
 
 const QString file_modified = QStringLiteral("; file -modified 1;");
 
@@ -87,12 +84,26 @@ picker_tab_record picker_window::tab_record(int index) {
     return tab;
 }
 
+QVector<picker_stream_piece> picker_window::stream_pieces() {
+    picker_tab_stream_pieces pieces(tabs_->count(), tabs_->currentIndex());
+    for (int i = 0; i < tabs_->count(); ++i) {
+        const picker_view* view = view_at(i);
+        if (view == nullptr) {
+            pieces.addTab(tabs_->tabText(i), QString(), QByteArray(), 0);
+            continue;
+        }
+        const QString& key = view->backgroundKey();
+        pieces.addTab(tabs_->tabText(i), key, key.isEmpty() ? QByteArray() : background_png(view),
+                      qint32(view->buttons().size()));
+        for (const buttonRecord& button : view->buttons())
+            pieces.addButton(button.att);
+    }
+    return pieces.take();
+}
+
 void picker_window::streamTo(QDataStream& stream) {
-    picker_tab_set set;
-    set.current = tabs_->currentIndex();
-    for (int i = 0; i < tabs_->count(); ++i)
-        set.tabs.append(tab_record(i));
-    writeTabStream(stream, set);
+    for (const picker_stream_piece& piece : stream_pieces())
+        stream.writeRawData(piece.bytes.constData(), static_cast<int>(piece.bytes.size()));
 }
 
 void picker_window::connect_picker(picker_view* view) {
@@ -116,11 +127,7 @@ void picker_window::flushSceneData() {
         return;
     scenePending_ = false;
     sceneTimer_->stop();
-    QByteArray bytes;
-    {
-        QDataStream out(&bytes, QIODevice::WriteOnly);
-        streamTo(out);
-    }
+    const QVector<picker_stream_piece> pieces = stream_pieces();
     // Images no tab shows any more are dropped from the cache.
     QSet<qint64> shown;
     for (int i = 0; i < tabs_->count(); ++i) {
@@ -130,7 +137,7 @@ void picker_window::flushSceneData() {
     for (auto it = pngs_.begin(); it != pngs_.end();)
         it = shown.contains(it.key()) ? std::next(it) : pngs_.erase(it);
 
-    const QByteArray text = qCompress(bytes, scene_compression).toBase64();
+    const QByteArray text = sceneCompressor_.compress(pieces).toBase64();
     QString mel;
     mel.reserve(static_cast<int>(text.size()) + 64);
     mel += QLatin1String("fileInfo \"TalvoraPickerData\" \"");
