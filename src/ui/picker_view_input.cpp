@@ -14,6 +14,7 @@
 #include <QMouseEvent>
 
 #include <array>
+#include <cmath>
 
 namespace {
 
@@ -133,13 +134,16 @@ void picker_view::build_input() {
 buttonRecord* picker_view::find_button(const QPoint& p) {
     // A screen edge is a mapped picker edge cut to a whole pixel, so a button holding p reaches
     // within a pixel of it in picker space: that plain comparison spares most buttons the mapping.
+    // Edges are whole numbers, so the window around p rounds outwards to integers once here.
     const double x = (p.x() - shift_.x()) / zoom_;
     const double y = (p.y() - shift_.y()) / zoom_;
     const double reach = 2.0 / zoom_;
+    const QRect window(QPoint(int(std::ceil(x - reach)), int(std::ceil(y - reach))),
+                       QPoint(int(std::floor(x + reach)), int(std::floor(y + reach))));
     for (buttonRecord& button : blist_) {
         const QRect& b = button.bounds;
-        if (b.left() <= x + reach && b.right() >= x - reach && b.top() <= y + reach &&
-            b.bottom() >= y - reach && mapToScreen(b).contains(p))
+        if (b.left() <= window.right() && b.right() >= window.left() &&
+            b.top() <= window.bottom() && b.bottom() >= window.top() && mapToScreen(b).contains(p))
             return &button;
     }
     return nullptr;
