@@ -642,7 +642,7 @@ createNode nurbsCurve -n "L_leg_settings_ctrlShape" -p "L_leg_settings_ctrl";
 		-4.7017 0 -4.7017
 		;
 createNode transform -n "L_thumb_01_offset" -p "L_wrist_FK_ctrl";
-	setAttr ".t" -type "double3" -4.25 -15.84 4 ;
+	setAttr ".t" -type "double3" -4.5 -15.84 4 ;
 createNode transform -n "L_thumb_01_ctrl" -p "L_thumb_01_offset";
 createNode nurbsCurve -n "L_thumb_01_ctrlShape" -p "L_thumb_01_ctrl";
 	setAttr -k off ".v";
@@ -684,7 +684,7 @@ createNode nurbsCurve -n "L_thumb_02_ctrlShape" -p "L_thumb_02_ctrl";
 		0 -0.6269 -0.6269
 		;
 createNode transform -n "L_pinky_01_offset" -p "L_wrist_FK_ctrl";
-	setAttr ".t" -type "double3" 5.35 -10.56 4 ;
+	setAttr ".t" -type "double3" 5.1 -10.56 4 ;
 createNode transform -n "L_pinky_01_ctrl" -p "L_pinky_01_offset";
 createNode nurbsCurve -n "L_pinky_01_ctrlShape" -p "L_pinky_01_ctrl";
 	setAttr -k off ".v";
@@ -726,7 +726,7 @@ createNode nurbsCurve -n "L_pinky_02_ctrlShape" -p "L_pinky_02_ctrl";
 		0 -0.6269 -0.6269
 		;
 createNode transform -n "L_ring_01_offset" -p "L_wrist_FK_ctrl";
-	setAttr ".t" -type "double3" 2.71 -10.56 4 ;
+	setAttr ".t" -type "double3" 2.46 -10.56 4 ;
 createNode transform -n "L_ring_01_ctrl" -p "L_ring_01_offset";
 createNode nurbsCurve -n "L_ring_01_ctrlShape" -p "L_ring_01_ctrl";
 	setAttr -k off ".v";
@@ -768,7 +768,7 @@ createNode nurbsCurve -n "L_ring_02_ctrlShape" -p "L_ring_02_ctrl";
 		0 -0.6269 -0.6269
 		;
 createNode transform -n "L_middle_01_offset" -p "L_wrist_FK_ctrl";
-	setAttr ".t" -type "double3" 0.07 -10.56 4 ;
+	setAttr ".t" -type "double3" -0.18 -10.56 4 ;
 createNode transform -n "L_middle_01_ctrl" -p "L_middle_01_offset";
 createNode nurbsCurve -n "L_middle_01_ctrlShape" -p "L_middle_01_ctrl";
 	setAttr -k off ".v";
@@ -810,7 +810,7 @@ createNode nurbsCurve -n "L_middle_02_ctrlShape" -p "L_middle_02_ctrl";
 		0 -0.6269 -0.6269
 		;
 createNode transform -n "L_index_01_offset" -p "L_wrist_FK_ctrl";
-	setAttr ".t" -type "double3" -2.57 -10.56 4 ;
+	setAttr ".t" -type "double3" -2.82 -10.56 4 ;
 createNode transform -n "L_index_01_ctrl" -p "L_index_01_offset";
 createNode nurbsCurve -n "L_index_01_ctrlShape" -p "L_index_01_ctrl";
 	setAttr -k off ".v";
@@ -1209,7 +1209,7 @@ createNode nurbsCurve -n "R_leg_settings_ctrlShape" -p "R_leg_settings_ctrl";
 		-4.7017 0 -4.7017
 		;
 createNode transform -n "R_thumb_01_offset" -p "R_wrist_FK_ctrl";
-	setAttr ".t" -type "double3" 4.25 -15.84 4 ;
+	setAttr ".t" -type "double3" 4.5 -15.84 4 ;
 createNode transform -n "R_thumb_01_ctrl" -p "R_thumb_01_offset";
 createNode nurbsCurve -n "R_thumb_01_ctrlShape" -p "R_thumb_01_ctrl";
 	setAttr -k off ".v";
@@ -1251,7 +1251,7 @@ createNode nurbsCurve -n "R_thumb_02_ctrlShape" -p "R_thumb_02_ctrl";
 		0 -0.6269 -0.6269
 		;
 createNode transform -n "R_pinky_01_offset" -p "R_wrist_FK_ctrl";
-	setAttr ".t" -type "double3" -5.35 -10.56 4 ;
+	setAttr ".t" -type "double3" -5.1 -10.56 4 ;
 createNode transform -n "R_pinky_01_ctrl" -p "R_pinky_01_offset";
 createNode nurbsCurve -n "R_pinky_01_ctrlShape" -p "R_pinky_01_ctrl";
 	setAttr -k off ".v";
@@ -1293,7 +1293,7 @@ createNode nurbsCurve -n "R_pinky_02_ctrlShape" -p "R_pinky_02_ctrl";
 		0 -0.6269 -0.6269
 		;
 createNode transform -n "R_ring_01_offset" -p "R_wrist_FK_ctrl";
-	setAttr ".t" -type "double3" -2.71 -10.56 4 ;
+	setAttr ".t" -type "double3" -2.46 -10.56 4 ;
 createNode transform -n "R_ring_01_ctrl" -p "R_ring_01_offset";
 createNode nurbsCurve -n "R_ring_01_ctrlShape" -p "R_ring_01_ctrl";
 	setAttr -k off ".v";
@@ -1335,7 +1335,7 @@ createNode nurbsCurve -n "R_ring_02_ctrlShape" -p "R_ring_02_ctrl";
 		0 -0.6269 -0.6269
 		;
 createNode transform -n "R_middle_01_offset" -p "R_wrist_FK_ctrl";
-	setAttr ".t" -type "double3" -0.07 -10.56 4 ;
+	setAttr ".t" -type "double3" 0.18 -10.56 4 ;
 createNode transform -n "R_middle_01_ctrl" -p "R_middle_01_offset";
 createNode nurbsCurve -n "R_middle_01_ctrlShape" -p "R_middle_01_ctrl";
 	setAttr -k off ".v";
@@ -1377,7 +1377,7 @@ createNode nurbsCurve -n "R_middle_02_ctrlShape" -p "R_middle_02_ctrl";
 		0 -0.6269 -0.6269
 		;
 createNode transform -n "R_index_01_offset" -p "R_wrist_FK_ctrl";
-	setAttr ".t" -type "double3" 2.57 -10.56 4 ;
+	setAttr ".t" -type "double3" 2.82 -10.56 4 ;
 createNode transform -n "R_index_01_ctrl" -p "R_index_01_offset";
 createNode nurbsCurve -n "R_index_01_ctrlShape" -p "R_index_01_ctrl";
 	setAttr -k off ".v";

@@ -60,27 +60,28 @@ def mirror_panel(x, panel):
     return panel[1] + panel[3] - x
 
 
-# Controls. Each entry: name, parent control (None under controls_grp), picker position, size,
-# label, colour, label colour, world position in centimetres (x, y, z; the character faces +z,
-# its left is +x). Right-side entries are written once and mirrored for the left side.
+# World positions in centimetres: the character faces +z and its left is +x. The body maps
+# from picker space at a quarter centimetre a pixel, feet on the ground at y 720; the face and
+# hand panels are enlarged views, mapped back onto the head and the wrists.
 def body_world(x, y, z=0.0):
     return ((x - MID) * 0.25, (720 - y) * 0.25, z)
 
 
 def face_world(x, y, z=12.0):
     fx, fy = x - 82.5, y - 125
-    hx, hy, _ = body_world(MID, 90)
+    hy = body_world(MID, 90)[1]
     return (fx * 0.2, hy - fy * 0.2, z)
 
 
 def hand_world(side, x, y):
-    wrist = body_world(196 if side == "R" else mirror_body(196), 385)
+    wrist = body_world(197 if side == "R" else mirror_body(197), 385)
     px = x - 82.5 if side == "R" else x - 517.5
     return (wrist[0] + px * 0.12, wrist[1] - (y - 500) * 0.12, 4.0)
 
 
+# Centre controls: name, parent control (None is controls_grp), picker position (the button's
+# centre), button size, label, colour, world position.
 CENTRE_CONTROLS = [
-    # name, parent, pos, size, label, colour, world
     ("root_ctrl", None, (MID, 722), 16, "root", GROUND, (0.0, 0.0, 0.0)),
     ("COG_ctrl", "root_ctrl", (MID, 362), 20, "COG", GROUND, body_world(MID, 362)),
     ("hips_ctrl", "COG_ctrl", (MID, 405), 16, "hips", CENTRE, body_world(MID, 405)),
@@ -99,27 +100,29 @@ FACE_CENTRE = [
     ("lower_lip_ctrl", "jaw_ctrl", (82, 166), 12, "", CENTRE_LIGHT, face_world(82, 166)),
 ]
 
-# Right-side face controls; the left side mirrors them inside the face panel.
+# Right-side face controls (part, parent, position, size, label); the left side mirrors them
+# inside the face panel.
 FACE_SIDE = [
     ("brow", "head_ctrl", (58, 92), 12, ""),
     ("eye", "head_ctrl", (58, 112), 12, ""),
     ("mouth_corner", "head_ctrl", (55, 157), 12, ""),
 ]
 
-# Right-side body controls; the left side mirrors them across the body's centre line.
+# Right-side body controls (part, parent, position, size, label; a parent without "_ctrl" is a
+# part of the same side, None is root_ctrl); the left side mirrors them across the centre line.
 BODY_SIDE = [
-    ("clavicle", "chest_ctrl", (270, 180), 12, "", False),
-    ("shoulder_FK", "clavicle", (240, 197), 14, "FK", False),
-    ("elbow_FK", "shoulder_FK", (213, 290), 14, "FK", False),
-    ("wrist_FK", "elbow_FK", (197, 385), 14, "FK", False),
-    ("arm_IK", None, (189, 428), 18, "IK", False),
-    ("elbow_pole", None, (180, 290), 12, "", False),
-    ("hip_FK", "hips_ctrl", (270, 452), 14, "FK", False),
-    ("knee_FK", "hip_FK", (266, 555), 14, "FK", False),
-    ("ankle_FK", "knee_FK", (262, 650), 14, "FK", False),
-    ("toe", "ankle_FK", (250, 708), 12, "", False),
-    ("leg_IK", None, (258, 684), 18, "IK", False),
-    ("knee_pole", None, (232, 555), 12, "", False),
+    ("clavicle", "chest_ctrl", (270, 180), 12, ""),
+    ("shoulder_FK", "clavicle", (240, 197), 14, "FK"),
+    ("elbow_FK", "shoulder_FK", (213, 290), 14, "FK"),
+    ("wrist_FK", "elbow_FK", (197, 385), 14, "FK"),
+    ("arm_IK", None, (189, 428), 18, "IK"),
+    ("elbow_pole", None, (180, 290), 12, ""),
+    ("hip_FK", "hips_ctrl", (270, 452), 14, "FK"),
+    ("knee_FK", "hip_FK", (266, 555), 14, "FK"),
+    ("ankle_FK", "knee_FK", (262, 650), 14, "FK"),
+    ("toe", "ankle_FK", (250, 708), 12, ""),
+    ("leg_IK", None, (258, 684), 18, "IK"),
+    ("knee_pole", None, (232, 555), 12, ""),
 ]
 POLE_DEPTH = {"elbow_pole": -30.0, "knee_pole": 40.0, "toe": 12.0}
 
@@ -161,7 +164,7 @@ def build_controls():
             world = face_world(px, y)
             add(side_name(side, part), parent, (px, y), size, label, light, world)
 
-        for part, parent, (x, y), size, label, _ in BODY_SIDE:
+        for part, parent, (x, y), size, label in BODY_SIDE:
             px = x if side == "R" else mirror_body(x)
             parent_name = parent if parent is None or parent.endswith("_ctrl") else side_name(
                 side, parent)
@@ -464,6 +467,22 @@ def rig_nodes(text_):
     return re.findall(r'^createNode \w+ -n "([^"]+)"', text_, re.M)
 
 
+def button_box(button):
+    """A button's rectangle (x0, y0, x1, y1), its label's width estimated generously."""
+    width = max(len(button["label"]) * 6 + 4, button["size"])
+    height = max(14 if button["label"] else 0, button["size"])
+    x, y = button["pos"]
+    return (x - width / 2, y - height / 2, x + width / 2, y + height / 2)
+
+
+def overlaps(buttons):
+    boxes = [(button_box(b), b["label"] or b["sel"][0]) for b in buttons]
+    for i, (a, first) in enumerate(boxes):
+        for b, second in boxes[i + 1:]:
+            if a[0] < b[2] + 2 and b[0] < a[2] + 2 and a[1] < b[3] + 2 and b[1] < a[3] + 2:
+                yield f"{first[:30]} and {second[:30]} touch"
+
+
 def check(controls):
     problems = []
     rig = (HERE / RIG).read_text()
@@ -491,6 +510,7 @@ def check(controls):
         for ns, node in re.findall(r"\b(\w+):(\w+)", script):
             if ns != NAMESPACE or node not in rig_controls:
                 problems.append(f"a command names {ns}:{node}, which the rig does not have")
+    problems += overlaps(picker["buttons"])
     for problem in problems:
         print(problem, file=sys.stderr)
     print(f"{len(rig_controls)} controls, {len(picker['buttons'])} buttons")
