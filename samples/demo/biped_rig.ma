@@ -16,6 +16,8 @@ createNode transform -n "root_offset" -p "controls_grp";
 createNode transform -n "root_ctrl" -p "root_offset";
 createNode nurbsCurve -n "root_ctrlShape" -p "root_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 14;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -37,6 +39,8 @@ createNode transform -n "COG_offset" -p "root_ctrl";
 createNode transform -n "COG_ctrl" -p "COG_offset";
 createNode nurbsCurve -n "COG_ctrlShape" -p "COG_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 14;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -58,6 +62,8 @@ createNode transform -n "hips_offset" -p "COG_ctrl";
 createNode transform -n "hips_ctrl" -p "hips_offset";
 createNode nurbsCurve -n "hips_ctrlShape" -p "hips_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 17;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -79,6 +85,8 @@ createNode transform -n "spine_01_offset" -p "COG_ctrl";
 createNode transform -n "spine_01_ctrl" -p "spine_01_offset";
 createNode nurbsCurve -n "spine_01_ctrlShape" -p "spine_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 17;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -100,6 +108,8 @@ createNode transform -n "spine_02_offset" -p "spine_01_ctrl";
 createNode transform -n "spine_02_ctrl" -p "spine_02_offset";
 createNode nurbsCurve -n "spine_02_ctrlShape" -p "spine_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 17;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -121,6 +131,8 @@ createNode transform -n "spine_03_offset" -p "spine_02_ctrl";
 createNode transform -n "spine_03_ctrl" -p "spine_03_offset";
 createNode nurbsCurve -n "spine_03_ctrlShape" -p "spine_03_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 17;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -142,6 +154,8 @@ createNode transform -n "chest_offset" -p "spine_03_ctrl";
 createNode transform -n "chest_ctrl" -p "chest_offset";
 createNode nurbsCurve -n "chest_ctrlShape" -p "chest_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 17;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -163,6 +177,8 @@ createNode transform -n "neck_offset" -p "chest_ctrl";
 createNode transform -n "neck_ctrl" -p "neck_offset";
 createNode nurbsCurve -n "neck_ctrlShape" -p "neck_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 17;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -184,6 +200,8 @@ createNode transform -n "head_offset" -p "neck_ctrl";
 createNode transform -n "head_ctrl" -p "head_offset";
 createNode nurbsCurve -n "head_ctrlShape" -p "head_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 17;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -205,6 +223,8 @@ createNode transform -n "eyes_offset" -p "head_ctrl";
 createNode transform -n "eyes_ctrl" -p "eyes_offset";
 createNode nurbsCurve -n "eyes_ctrlShape" -p "eyes_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 22;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -226,6 +246,8 @@ createNode transform -n "upper_lip_offset" -p "head_ctrl";
 createNode transform -n "upper_lip_ctrl" -p "upper_lip_offset";
 createNode nurbsCurve -n "upper_lip_ctrlShape" -p "upper_lip_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 22;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -247,6 +269,8 @@ createNode transform -n "jaw_offset" -p "head_ctrl";
 createNode transform -n "jaw_ctrl" -p "jaw_offset";
 createNode nurbsCurve -n "jaw_ctrlShape" -p "jaw_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 17;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -268,6 +292,8 @@ createNode transform -n "lower_lip_offset" -p "jaw_ctrl";
 createNode transform -n "lower_lip_ctrl" -p "lower_lip_offset";
 createNode nurbsCurve -n "lower_lip_ctrlShape" -p "lower_lip_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 22;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -289,6 +315,8 @@ createNode transform -n "L_brow_offset" -p "head_ctrl";
 createNode transform -n "L_brow_ctrl" -p "L_brow_offset";
 createNode nurbsCurve -n "L_brow_ctrlShape" -p "L_brow_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -310,6 +338,8 @@ createNode transform -n "L_eye_offset" -p "head_ctrl";
 createNode transform -n "L_eye_ctrl" -p "L_eye_offset";
 createNode nurbsCurve -n "L_eye_ctrlShape" -p "L_eye_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -331,6 +361,8 @@ createNode transform -n "L_mouth_corner_offset" -p "head_ctrl";
 createNode transform -n "L_mouth_corner_ctrl" -p "L_mouth_corner_offset";
 createNode nurbsCurve -n "L_mouth_corner_ctrlShape" -p "L_mouth_corner_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -352,6 +384,8 @@ createNode transform -n "L_clavicle_offset" -p "chest_ctrl";
 createNode transform -n "L_clavicle_ctrl" -p "L_clavicle_offset";
 createNode nurbsCurve -n "L_clavicle_ctrlShape" -p "L_clavicle_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -373,6 +407,8 @@ createNode transform -n "L_shoulder_FK_offset" -p "L_clavicle_ctrl";
 createNode transform -n "L_shoulder_FK_ctrl" -p "L_shoulder_FK_offset";
 createNode nurbsCurve -n "L_shoulder_FK_ctrlShape" -p "L_shoulder_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -394,6 +430,8 @@ createNode transform -n "L_elbow_FK_offset" -p "L_shoulder_FK_ctrl";
 createNode transform -n "L_elbow_FK_ctrl" -p "L_elbow_FK_offset";
 createNode nurbsCurve -n "L_elbow_FK_ctrlShape" -p "L_elbow_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -415,6 +453,8 @@ createNode transform -n "L_wrist_FK_offset" -p "L_elbow_FK_ctrl";
 createNode transform -n "L_wrist_FK_ctrl" -p "L_wrist_FK_offset";
 createNode nurbsCurve -n "L_wrist_FK_ctrlShape" -p "L_wrist_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -436,6 +476,8 @@ createNode transform -n "L_arm_IK_offset" -p "root_ctrl";
 createNode transform -n "L_arm_IK_ctrl" -p "L_arm_IK_offset";
 createNode nurbsCurve -n "L_arm_IK_ctrlShape" -p "L_arm_IK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -457,6 +499,8 @@ createNode transform -n "L_elbow_pole_offset" -p "root_ctrl";
 createNode transform -n "L_elbow_pole_ctrl" -p "L_elbow_pole_offset";
 createNode nurbsCurve -n "L_elbow_pole_ctrlShape" -p "L_elbow_pole_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -478,6 +522,8 @@ createNode transform -n "L_hip_FK_offset" -p "hips_ctrl";
 createNode transform -n "L_hip_FK_ctrl" -p "L_hip_FK_offset";
 createNode nurbsCurve -n "L_hip_FK_ctrlShape" -p "L_hip_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -499,6 +545,8 @@ createNode transform -n "L_knee_FK_offset" -p "L_hip_FK_ctrl";
 createNode transform -n "L_knee_FK_ctrl" -p "L_knee_FK_offset";
 createNode nurbsCurve -n "L_knee_FK_ctrlShape" -p "L_knee_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -520,6 +568,8 @@ createNode transform -n "L_ankle_FK_offset" -p "L_knee_FK_ctrl";
 createNode transform -n "L_ankle_FK_ctrl" -p "L_ankle_FK_offset";
 createNode nurbsCurve -n "L_ankle_FK_ctrlShape" -p "L_ankle_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -541,6 +591,8 @@ createNode transform -n "L_toe_offset" -p "L_ankle_FK_ctrl";
 createNode transform -n "L_toe_ctrl" -p "L_toe_offset";
 createNode nurbsCurve -n "L_toe_ctrlShape" -p "L_toe_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -562,6 +614,8 @@ createNode transform -n "L_leg_IK_offset" -p "root_ctrl";
 createNode transform -n "L_leg_IK_ctrl" -p "L_leg_IK_offset";
 createNode nurbsCurve -n "L_leg_IK_ctrlShape" -p "L_leg_IK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -583,6 +637,8 @@ createNode transform -n "L_knee_pole_offset" -p "root_ctrl";
 createNode transform -n "L_knee_pole_ctrl" -p "L_knee_pole_offset";
 createNode nurbsCurve -n "L_knee_pole_ctrlShape" -p "L_knee_pole_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -604,6 +660,8 @@ createNode transform -n "L_arm_settings_offset" -p "root_ctrl";
 createNode transform -n "L_arm_settings_ctrl" -p "L_arm_settings_offset";
 createNode nurbsCurve -n "L_arm_settings_ctrlShape" -p "L_arm_settings_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -625,6 +683,8 @@ createNode transform -n "L_leg_settings_offset" -p "root_ctrl";
 createNode transform -n "L_leg_settings_ctrl" -p "L_leg_settings_offset";
 createNode nurbsCurve -n "L_leg_settings_ctrlShape" -p "L_leg_settings_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 6;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -646,6 +706,8 @@ createNode transform -n "L_thumb_01_offset" -p "L_wrist_FK_ctrl";
 createNode transform -n "L_thumb_01_ctrl" -p "L_thumb_01_offset";
 createNode nurbsCurve -n "L_thumb_01_ctrlShape" -p "L_thumb_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -667,6 +729,8 @@ createNode transform -n "L_thumb_02_offset" -p "L_thumb_01_ctrl";
 createNode transform -n "L_thumb_02_ctrl" -p "L_thumb_02_offset";
 createNode nurbsCurve -n "L_thumb_02_ctrlShape" -p "L_thumb_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -688,6 +752,8 @@ createNode transform -n "L_pinky_01_offset" -p "L_wrist_FK_ctrl";
 createNode transform -n "L_pinky_01_ctrl" -p "L_pinky_01_offset";
 createNode nurbsCurve -n "L_pinky_01_ctrlShape" -p "L_pinky_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -709,6 +775,8 @@ createNode transform -n "L_pinky_02_offset" -p "L_pinky_01_ctrl";
 createNode transform -n "L_pinky_02_ctrl" -p "L_pinky_02_offset";
 createNode nurbsCurve -n "L_pinky_02_ctrlShape" -p "L_pinky_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -730,6 +798,8 @@ createNode transform -n "L_ring_01_offset" -p "L_wrist_FK_ctrl";
 createNode transform -n "L_ring_01_ctrl" -p "L_ring_01_offset";
 createNode nurbsCurve -n "L_ring_01_ctrlShape" -p "L_ring_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -751,6 +821,8 @@ createNode transform -n "L_ring_02_offset" -p "L_ring_01_ctrl";
 createNode transform -n "L_ring_02_ctrl" -p "L_ring_02_offset";
 createNode nurbsCurve -n "L_ring_02_ctrlShape" -p "L_ring_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -772,6 +844,8 @@ createNode transform -n "L_middle_01_offset" -p "L_wrist_FK_ctrl";
 createNode transform -n "L_middle_01_ctrl" -p "L_middle_01_offset";
 createNode nurbsCurve -n "L_middle_01_ctrlShape" -p "L_middle_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -793,6 +867,8 @@ createNode transform -n "L_middle_02_offset" -p "L_middle_01_ctrl";
 createNode transform -n "L_middle_02_ctrl" -p "L_middle_02_offset";
 createNode nurbsCurve -n "L_middle_02_ctrlShape" -p "L_middle_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -814,6 +890,8 @@ createNode transform -n "L_index_01_offset" -p "L_wrist_FK_ctrl";
 createNode transform -n "L_index_01_ctrl" -p "L_index_01_offset";
 createNode nurbsCurve -n "L_index_01_ctrlShape" -p "L_index_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -835,6 +913,8 @@ createNode transform -n "L_index_02_offset" -p "L_index_01_ctrl";
 createNode transform -n "L_index_02_ctrl" -p "L_index_02_offset";
 createNode nurbsCurve -n "L_index_02_ctrlShape" -p "L_index_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 18;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -856,6 +936,8 @@ createNode transform -n "R_brow_offset" -p "head_ctrl";
 createNode transform -n "R_brow_ctrl" -p "R_brow_offset";
 createNode nurbsCurve -n "R_brow_ctrlShape" -p "R_brow_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -877,6 +959,8 @@ createNode transform -n "R_eye_offset" -p "head_ctrl";
 createNode transform -n "R_eye_ctrl" -p "R_eye_offset";
 createNode nurbsCurve -n "R_eye_ctrlShape" -p "R_eye_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -898,6 +982,8 @@ createNode transform -n "R_mouth_corner_offset" -p "head_ctrl";
 createNode transform -n "R_mouth_corner_ctrl" -p "R_mouth_corner_offset";
 createNode nurbsCurve -n "R_mouth_corner_ctrlShape" -p "R_mouth_corner_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -919,6 +1005,8 @@ createNode transform -n "R_clavicle_offset" -p "chest_ctrl";
 createNode transform -n "R_clavicle_ctrl" -p "R_clavicle_offset";
 createNode nurbsCurve -n "R_clavicle_ctrlShape" -p "R_clavicle_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -940,6 +1028,8 @@ createNode transform -n "R_shoulder_FK_offset" -p "R_clavicle_ctrl";
 createNode transform -n "R_shoulder_FK_ctrl" -p "R_shoulder_FK_offset";
 createNode nurbsCurve -n "R_shoulder_FK_ctrlShape" -p "R_shoulder_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -961,6 +1051,8 @@ createNode transform -n "R_elbow_FK_offset" -p "R_shoulder_FK_ctrl";
 createNode transform -n "R_elbow_FK_ctrl" -p "R_elbow_FK_offset";
 createNode nurbsCurve -n "R_elbow_FK_ctrlShape" -p "R_elbow_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -982,6 +1074,8 @@ createNode transform -n "R_wrist_FK_offset" -p "R_elbow_FK_ctrl";
 createNode transform -n "R_wrist_FK_ctrl" -p "R_wrist_FK_offset";
 createNode nurbsCurve -n "R_wrist_FK_ctrlShape" -p "R_wrist_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1003,6 +1097,8 @@ createNode transform -n "R_arm_IK_offset" -p "root_ctrl";
 createNode transform -n "R_arm_IK_ctrl" -p "R_arm_IK_offset";
 createNode nurbsCurve -n "R_arm_IK_ctrlShape" -p "R_arm_IK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1024,6 +1120,8 @@ createNode transform -n "R_elbow_pole_offset" -p "root_ctrl";
 createNode transform -n "R_elbow_pole_ctrl" -p "R_elbow_pole_offset";
 createNode nurbsCurve -n "R_elbow_pole_ctrlShape" -p "R_elbow_pole_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1045,6 +1143,8 @@ createNode transform -n "R_hip_FK_offset" -p "hips_ctrl";
 createNode transform -n "R_hip_FK_ctrl" -p "R_hip_FK_offset";
 createNode nurbsCurve -n "R_hip_FK_ctrlShape" -p "R_hip_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1066,6 +1166,8 @@ createNode transform -n "R_knee_FK_offset" -p "R_hip_FK_ctrl";
 createNode transform -n "R_knee_FK_ctrl" -p "R_knee_FK_offset";
 createNode nurbsCurve -n "R_knee_FK_ctrlShape" -p "R_knee_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1087,6 +1189,8 @@ createNode transform -n "R_ankle_FK_offset" -p "R_knee_FK_ctrl";
 createNode transform -n "R_ankle_FK_ctrl" -p "R_ankle_FK_offset";
 createNode nurbsCurve -n "R_ankle_FK_ctrlShape" -p "R_ankle_FK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1108,6 +1212,8 @@ createNode transform -n "R_toe_offset" -p "R_ankle_FK_ctrl";
 createNode transform -n "R_toe_ctrl" -p "R_toe_offset";
 createNode nurbsCurve -n "R_toe_ctrlShape" -p "R_toe_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1129,6 +1235,8 @@ createNode transform -n "R_leg_IK_offset" -p "root_ctrl";
 createNode transform -n "R_leg_IK_ctrl" -p "R_leg_IK_offset";
 createNode nurbsCurve -n "R_leg_IK_ctrlShape" -p "R_leg_IK_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1150,6 +1258,8 @@ createNode transform -n "R_knee_pole_offset" -p "root_ctrl";
 createNode transform -n "R_knee_pole_ctrl" -p "R_knee_pole_offset";
 createNode nurbsCurve -n "R_knee_pole_ctrlShape" -p "R_knee_pole_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1171,6 +1281,8 @@ createNode transform -n "R_arm_settings_offset" -p "root_ctrl";
 createNode transform -n "R_arm_settings_ctrl" -p "R_arm_settings_offset";
 createNode nurbsCurve -n "R_arm_settings_ctrlShape" -p "R_arm_settings_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1192,6 +1304,8 @@ createNode transform -n "R_leg_settings_offset" -p "root_ctrl";
 createNode transform -n "R_leg_settings_ctrl" -p "R_leg_settings_offset";
 createNode nurbsCurve -n "R_leg_settings_ctrlShape" -p "R_leg_settings_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 13;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1213,6 +1327,8 @@ createNode transform -n "R_thumb_01_offset" -p "R_wrist_FK_ctrl";
 createNode transform -n "R_thumb_01_ctrl" -p "R_thumb_01_offset";
 createNode nurbsCurve -n "R_thumb_01_ctrlShape" -p "R_thumb_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1234,6 +1350,8 @@ createNode transform -n "R_thumb_02_offset" -p "R_thumb_01_ctrl";
 createNode transform -n "R_thumb_02_ctrl" -p "R_thumb_02_offset";
 createNode nurbsCurve -n "R_thumb_02_ctrlShape" -p "R_thumb_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1255,6 +1373,8 @@ createNode transform -n "R_pinky_01_offset" -p "R_wrist_FK_ctrl";
 createNode transform -n "R_pinky_01_ctrl" -p "R_pinky_01_offset";
 createNode nurbsCurve -n "R_pinky_01_ctrlShape" -p "R_pinky_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1276,6 +1396,8 @@ createNode transform -n "R_pinky_02_offset" -p "R_pinky_01_ctrl";
 createNode transform -n "R_pinky_02_ctrl" -p "R_pinky_02_offset";
 createNode nurbsCurve -n "R_pinky_02_ctrlShape" -p "R_pinky_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1297,6 +1419,8 @@ createNode transform -n "R_ring_01_offset" -p "R_wrist_FK_ctrl";
 createNode transform -n "R_ring_01_ctrl" -p "R_ring_01_offset";
 createNode nurbsCurve -n "R_ring_01_ctrlShape" -p "R_ring_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1318,6 +1442,8 @@ createNode transform -n "R_ring_02_offset" -p "R_ring_01_ctrl";
 createNode transform -n "R_ring_02_ctrl" -p "R_ring_02_offset";
 createNode nurbsCurve -n "R_ring_02_ctrlShape" -p "R_ring_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1339,6 +1465,8 @@ createNode transform -n "R_middle_01_offset" -p "R_wrist_FK_ctrl";
 createNode transform -n "R_middle_01_ctrl" -p "R_middle_01_offset";
 createNode nurbsCurve -n "R_middle_01_ctrlShape" -p "R_middle_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1360,6 +1488,8 @@ createNode transform -n "R_middle_02_offset" -p "R_middle_01_ctrl";
 createNode transform -n "R_middle_02_ctrl" -p "R_middle_02_offset";
 createNode nurbsCurve -n "R_middle_02_ctrlShape" -p "R_middle_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1381,6 +1511,8 @@ createNode transform -n "R_index_01_offset" -p "R_wrist_FK_ctrl";
 createNode transform -n "R_index_01_ctrl" -p "R_index_01_offset";
 createNode nurbsCurve -n "R_index_01_ctrlShape" -p "R_index_01_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10
@@ -1402,6 +1534,8 @@ createNode transform -n "R_index_02_offset" -p "R_index_01_ctrl";
 createNode transform -n "R_index_02_ctrl" -p "R_index_02_offset";
 createNode nurbsCurve -n "R_index_02_ctrlShape" -p "R_index_02_ctrl";
 	setAttr -k off ".v";
+	setAttr ".ove" yes;
+	setAttr ".ovc" 20;
 	setAttr ".cc" -type "nurbsCurve" 
 		3 8 2 no 3
 		13 -2 -1 0 1 2 3 4 5 6 7 8 9 10

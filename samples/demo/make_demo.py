@@ -227,9 +227,16 @@ def fmt(value):
     return "0" if text in ("-0", "") else text
 
 
-def control_shape(name, radius, normal):
+# Maya's colour index per side, matching the picker: blue, red, yellow, green.
+VIEWPORT_COLOUR = {LEFT: 6, LEFT_LIGHT: 18, RIGHT: 13, RIGHT_LIGHT: 20, CENTRE: 17,
+                   CENTRE_LIGHT: 22, GROUND: 14}
+
+
+def control_shape(name, radius, normal, colour):
     lines = [f'createNode nurbsCurve -n "{name}Shape" -p "{name}";',
              '\tsetAttr -k off ".v";',
+             '\tsetAttr ".ove" yes;',
+             f'\tsetAttr ".ovc" {VIEWPORT_COLOUR[colour]};',
              '\tsetAttr ".cc" -type "nurbsCurve" ',
              "\t\t3 8 2 no 3",
              "\t\t13 -2 -1 0 1 2 3 4 5 6 7 8 9 10",
@@ -289,7 +296,7 @@ def write_rig(controls):
             lines.append('\tsetAttr ".t" -type "double3" ' + " ".join(fmt(v) for v in local) + " ;")
         lines.append(f'createNode transform -n "{name}" -p "{offset}";')
         radius, normal = shape_for(name)
-        lines += control_shape(name, radius, normal)
+        lines += control_shape(name, radius, normal, control["colour"])
         paths[name] = name
     lines.append(f"// End of {RIG}")
     return "\n".join(lines) + "\n"
