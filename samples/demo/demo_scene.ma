@@ -10,7 +10,6 @@ currentUnit -l centimeter -a degree -t film;
 fileInfo "application" "maya";
 fileInfo "product" "Maya 2025";
 fileInfo "version" "2025";
-fileInfo "license" "education";
 fileInfo "UUID" "3F9B2D71-45A8-1C6E-90D4-B8E27A5C0F16";
 createNode reference -n "heroRN";
 	setAttr ".ed" -type "dataReferenceEdits" 

@@ -314,7 +314,6 @@ def write_scene():
               'fileInfo "application" "maya";',
               'fileInfo "product" "Maya 2025";',
               'fileInfo "version" "2025";',
-              'fileInfo "license" "education";',
               'fileInfo "UUID" "3F9B2D71-45A8-1C6E-90D4-B8E27A5C0F16";']
     # The villain stands one metre to the hero's left: a reference edit on its root control.
     edits = {
