@@ -1,7 +1,9 @@
+#include "batch_mode.h"
 #include "demo_scene.h"
 #include "host_main_window.h"
 #include "picker_embedded_host.h"
 #include "picker_main.h"
+#include "picker_mel_quote.h"
 #include "picker_version.h"
 #include "picker_view.h"
 #include "picker_window.h"
@@ -9,9 +11,11 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDockWidget>
+#include <QFile>
 #include <QTimer>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -30,62 +34,156 @@ bool picker_is_up() {
            window->frontPicker() != nullptr && !window->frontPicker()->buttons()->isEmpty();
 }
 
+// As the parser's own errors end the program: before anything else has started.
+[[noreturn]] void usage_error(const QString& text) {
+    print_error(text);
+    std::exit(1);
+}
+
+struct program_arguments {
+    bool batch = false;
+    bool smoke = false;
+    QString scene;
+    QStringList pickers;
+    QStringList commands;
+    QString script;
+};
+
+// Help, version and errors are answered here, before anything needs a display, by an
+// application object that knows the program's name.
+program_arguments parse_arguments(int argc, char* argv[]) {
+    QCoreApplication application(argc, argv);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("TalvoraPicker on an embedded host: Maya ASCII scenes, references and the "
+                       "picker window, with a two-character demo when started without a scene."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption batch(
+        QStringLiteral("batch"),
+        QStringLiteral("Run the MEL of -c and --script against the scene with no window shown, "
+                       "print the script log, and exit non-zero when a statement failed."));
+    const QCommandLineOption command(QStringLiteral("c"),
+                                     QStringLiteral("A MEL statement to run in batch mode."),
+                                     QStringLiteral("MEL"));
+    const QCommandLineOption script(QStringLiteral("script"),
+                                    QStringLiteral("A MEL file to run in batch mode, after -c."),
+                                    QStringLiteral("FILE.mel"));
+    const QCommandLineOption smoke(
+        QStringLiteral("smoke"),
+        QStringLiteral("Start, open the picker, run briefly and quit; exit 0 when it came up."));
+    parser.addOptions({batch, command, script, smoke});
+    parser.addPositionalArgument(QStringLiteral("SCENE.ma"),
+                                 QStringLiteral("The Maya ASCII scene to open."),
+                                 QStringLiteral("[SCENE.ma]"));
+    parser.addPositionalArgument(QStringLiteral("FILE.pkr"),
+                                 QStringLiteral("Picker files to open as tabs."),
+                                 QStringLiteral("[FILE.pkr ...]"));
+    parser.process(application);
+
+    program_arguments arguments;
+    arguments.batch = parser.isSet(batch);
+    arguments.smoke = parser.isSet(smoke);
+    arguments.commands = parser.values(command);
+    arguments.script = parser.value(script);
+    for (const QString& path : parser.positionalArguments()) {
+        if (path.endsWith(QLatin1String(".pkr"), Qt::CaseInsensitive))
+            arguments.pickers.append(path);
+        else if (arguments.scene.isEmpty())
+            arguments.scene = path;
+        else
+            usage_error(QStringLiteral("one scene at a time: %1").arg(path));
+    }
+    if (!arguments.batch && (!arguments.commands.isEmpty() || !arguments.script.isEmpty()))
+        usage_error(QStringLiteral("-c and --script need --batch"));
+    return arguments;
+}
+
+// The scene and pickers named on the command line, as the MEL a user would type for them.
+QStringList opening_statements(const program_arguments& arguments) {
+    QStringList statements;
+    if (!arguments.scene.isEmpty())
+        statements.append(QStringLiteral("file -open ") + picker_mel_quote(arguments.scene));
+    for (const QString& picker : arguments.pickers)
+        statements.append(QStringLiteral("TalvoraPicker open ") + picker_mel_quote(picker));
+    return statements;
+}
+
+int run_batch_mode(const program_arguments& arguments, int argc, char* argv[]) {
+    // No display is needed: the window exists, so every directive works, but is never seen.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", QByteArray("offscreen"));
+    QStringList statements = opening_statements(arguments) + arguments.commands;
+    if (!arguments.script.isEmpty()) {
+        QFile file(arguments.script);
+        if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+            print_error(QStringLiteral("cannot read the script %1: %2")
+                            .arg(arguments.script, file.errorString()));
+            return 1;
+        }
+        statements.append(QString::fromUtf8(file.readAll()));
+    }
+
+    QApplication app(argc, argv);
+    answer_prompts_unattended();
+    picker_embedded_host host;
+    const host_status loaded = picker_main::initialize(host, &picker_window::create);
+    if (!loaded) {
+        print_error(loaded.errorString());
+        return 1;
+    }
+    const int exitCode = run_batch(host, statements);
+    host.quit();
+    picker_main::uninitialize();
+    return exitCode;
+}
+
+int run_interactive(const program_arguments& arguments, int argc, char* argv[]) {
+    QApplication app(argc, argv);
+    picker_embedded_host host;
+    if (arguments.scene.isEmpty())
+        host.openScene(demo_scene_nodes(), demo_scene_file_info());
+    int exitCode = 0;
+    host_main_window mainWindow(host);
+    host.setMainWindow(&mainWindow);
+    const host_status loaded = picker_main::initialize(host, &picker_window::create);
+    if (!loaded) {
+        print_error(loaded.errorString());
+        return 1;
+    }
+    mainWindow.show();
+    for (const QString& statement : opening_statements(arguments))
+        host.executeCommand(statement);
+    const host_status opened = host.executeCommand(QStringLiteral("TalvoraPicker"));
+    if (!opened) {
+        print_error(opened.errorString());
+        exitCode = 1;
+    } else {
+        bool cameUp = true;
+        if (arguments.smoke) {
+            // Judged before quitting: quitting closes the windows.
+            QTimer::singleShot(smoke_run_ms, &app, [&cameUp] {
+                cameUp = picker_is_up();
+                QCoreApplication::quit();
+            });
+        }
+        exitCode = QApplication::exec();
+        if (!cameUp) {
+            print_error(QStringLiteral("the picker did not come up"));
+            exitCode = 1;
+        }
+    }
+    host.quit();
+    picker_main::uninitialize();
+    return exitCode;
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationName(QStringLiteral("talvora-picker"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PICKER_VERSION));
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("TalvoraPicker on an embedded host with a demo character rig."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption smoke(
-        QStringLiteral("smoke"),
-        QStringLiteral("Start, open the picker, run briefly and quit; exit 0 when it came up."));
-    parser.addOption(smoke);
-    {
-        // Help, version and errors are answered here, before anything needs a display, by an
-        // application object that knows the program's name.
-        QCoreApplication arguments(argc, argv);
-        parser.process(arguments);
-    }
-
-    QApplication app(argc, argv);
-    picker_embedded_host host;
-    host.openScene(demo_scene_nodes(), demo_scene_file_info());
-    int exitCode = 0;
-    {
-        host_main_window mainWindow(host);
-        host.setMainWindow(&mainWindow);
-        const host_status loaded = picker_main::initialize(host, &picker_window::create);
-        if (!loaded) {
-            print_error(loaded.errorString());
-            return 1;
-        }
-        mainWindow.show();
-        const host_status opened = host.executeCommand(QStringLiteral("TalvoraPicker"));
-        if (!opened) {
-            print_error(opened.errorString());
-            exitCode = 1;
-        } else {
-            bool cameUp = true;
-            if (parser.isSet(smoke)) {
-                // Judged before quitting: quitting closes the windows.
-                QTimer::singleShot(smoke_run_ms, &app, [&cameUp] {
-                    cameUp = picker_is_up();
-                    QCoreApplication::quit();
-                });
-            }
-            exitCode = QApplication::exec();
-            if (!cameUp) {
-                print_error(QStringLiteral("the picker did not come up"));
-                exitCode = 1;
-            }
-        }
-        host.quit();
-        picker_main::uninitialize();
-    }
-    return exitCode;
+    const program_arguments arguments = parse_arguments(argc, argv);
+    return arguments.batch ? run_batch_mode(arguments, argc, argv)
+                           : run_interactive(arguments, argc, argv);
 }

@@ -1,6 +1,7 @@
 #include "picker_dialog.h"
 
 #include "picker_namespace.h"
+#include "picker_prompt.h"
 #include "picker_view.h"
 
 #include <QButtonGroup>
@@ -127,7 +128,7 @@ bool picker_editCmdDialog::do_dialog(picker_view* view, buttonAttributes* attrib
         dialog.resize(stored_size(settings.value(sizeKey)));
         dialog.move(stored_pos(settings.value(posKey)));
     }
-    const int result = dialog.exec();
+    const int result = picker_exec(dialog);
     settings.setValue(sizeKey, dialog.size());
     settings.setValue(posKey, dialog.pos());
     if (result != QDialog::Accepted)
@@ -193,7 +194,7 @@ QStringList picker_editNamespaceDialog::chosen() const {
 bool picker_editNamespaceDialog::do_dialog(picker_view* view, const QStringList& used,
                                            const QStringList& available) {
     picker_editNamespaceDialog dialog(view, used, available);
-    if (dialog.exec() != QDialog::Accepted)
+    if (picker_exec(dialog) != QDialog::Accepted)
         return false;
     const rebind_map map = buildRebindMap(used, dialog.chosen());
     if (map.from.isEmpty() || view->buttons()->isEmpty())

@@ -14,6 +14,11 @@ picker_file_hook& file_hook() {
     return hook;
 }
 
+picker_dialog_hook& dialog_hook() {
+    static picker_dialog_hook hook;
+    return hook;
+}
+
 } // namespace
 
 QMessageBox::StandardButton picker_ask(const picker_message& message) {
@@ -43,10 +48,20 @@ QStringList picker_ask_files(const picker_file_question& question) {
     return chosen.isEmpty() ? QStringList() : QStringList{chosen};
 }
 
+int picker_exec(QDialog& dialog) {
+    if (dialog_hook())
+        return dialog_hook()(dialog);
+    return dialog.exec();
+}
+
 void picker_set_message_hook(picker_message_hook hook) {
     message_hook() = std::move(hook);
 }
 
 void picker_set_file_hook(picker_file_hook hook) {
     file_hook() = std::move(hook);
+}
+
+void picker_set_dialog_hook(picker_dialog_hook hook) {
+    dialog_hook() = std::move(hook);
 }

@@ -6,10 +6,12 @@
 
 #include <functional>
 
+class QDialog;
 class QWidget;
 
-// The window's modal questions: message boxes and file choosers. Each goes to the real dialog
-// unless a hook is installed, so a caller without a user (the tests) answers them directly.
+// The window's modal questions: message boxes, file choosers and its own dialogs. Each goes to the
+// real dialog unless a hook is installed, so a caller without a user (the tests) answers them
+// directly.
 struct picker_message {
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QWidget* parent = nullptr;
@@ -31,9 +33,14 @@ using picker_message_hook = std::function<QMessageBox::StandardButton(const pick
 // The chosen paths; none when cancelled, at most one for a save.
 using picker_file_hook = std::function<QStringList(const picker_file_question&)>;
 
+// The dialog's result code, as QDialog::exec gives it.
+using picker_dialog_hook = std::function<int(QDialog&)>;
+
 QMessageBox::StandardButton picker_ask(const picker_message& message);
 QStringList picker_ask_files(const picker_file_question& question);
+int picker_exec(QDialog& dialog);
 
 // An empty hook brings the real dialogs back.
 void picker_set_message_hook(picker_message_hook hook);
 void picker_set_file_hook(picker_file_hook hook);
+void picker_set_dialog_hook(picker_dialog_hook hook);

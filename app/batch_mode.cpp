@@ -1,0 +1,70 @@
+#include "batch_mode.h"
+
+#include "picker_embedded_host.h"
+#include "picker_prompt.h"
+
+#include <QDialog>
+
+#include <cstdio>
+
+namespace {
+
+const QString error_prefix = QStringLiteral("// Error: ");
+
+void tell(const QString& title, const QString& text) {
+    std::fprintf(stderr, "talvora-picker: %s: %s\n", qPrintable(title), qPrintable(text));
+}
+
+// The button a message box would have focused: the one that accepts, else the first.
+QMessageBox::StandardButton default_button(QMessageBox::StandardButtons buttons) {
+    for (const QMessageBox::StandardButton accepting :
+         {QMessageBox::Ok, QMessageBox::Save, QMessageBox::Open, QMessageBox::Yes,
+          QMessageBox::Ignore}) {
+        if (buttons.testFlag(accepting))
+            return accepting;
+    }
+    for (int bit = QMessageBox::FirstButton; bit <= QMessageBox::LastButton; bit <<= 1) {
+        if (buttons.testFlag(static_cast<QMessageBox::StandardButton>(bit)))
+            return static_cast<QMessageBox::StandardButton>(bit);
+    }
+    return QMessageBox::NoButton;
+}
+
+} // namespace
+
+void answer_prompts_unattended() {
+    picker_set_message_hook([](const picker_message& message) {
+        tell(message.title, message.text);
+        return default_button(message.buttons);
+    });
+    picker_set_file_hook([](const picker_file_question& question) {
+        tell(question.title, QStringLiteral("no file chosen in batch mode"));
+        return QStringList();
+    });
+    picker_set_dialog_hook([](QDialog& dialog) {
+        tell(dialog.windowTitle(), QStringLiteral("cancelled in batch mode"));
+        return int(QDialog::Rejected);
+    });
+}
+
+int run_batch(picker_embedded_host& host, const QStringList& statements) {
+    qsizetype printed = host.scriptLog().size();
+    for (const QString& statement : statements) {
+        const host_status status = host.executeCommand(statement);
+        host.processIdle();
+        const QStringList log = host.scriptLog();
+        bool failed = !status;
+        for (; printed < log.size(); ++printed) {
+            const QString& line = log.at(printed);
+            // Errors have been written to stderr by the host as they happened.
+            if (line.startsWith(error_prefix))
+                failed = true;
+            else
+                std::printf("%s\n", qPrintable(line));
+        }
+        std::fflush(stdout);
+        if (failed)
+            return 1;
+    }
+    return 0;
+}
