@@ -3,6 +3,7 @@
 #include "picker_embedded_host.h"
 #include "picker_prompt.h"
 
+#include <QCoreApplication>
 #include <QDialog>
 
 #include <cstdio>
@@ -30,6 +31,17 @@ QMessageBox::StandardButton default_button(QMessageBox::StandardButtons buttons)
     return QMessageBox::NoButton;
 }
 
+// What happens between a user's actions: window events handled, the idle queue run empty, and
+// again for whatever that queued.
+void settle(picker_embedded_host& host) {
+    for (;;) {
+        QCoreApplication::processEvents();
+        if (host.pendingIdleCount() == 0)
+            return;
+        host.processIdle();
+    }
+}
+
 } // namespace
 
 void answer_prompts_unattended() {
@@ -50,8 +62,13 @@ void answer_prompts_unattended() {
 int run_batch(picker_embedded_host& host, const QStringList& statements) {
     qsizetype printed = host.scriptLog().size();
     for (const QString& statement : statements) {
-        const host_status status = host.executeCommand(statement);
-        host.processIdle();
+        picker_mel_value result;
+        const host_status status = host.executeCommand(statement, &result);
+        // As the host's script editor shows what a statement gave back.
+        if (status && !result.items.join(QString()).isEmpty()) {
+            std::printf("// Result: %s //\n", qPrintable(result.items.join(QLatin1Char(' '))));
+        }
+        settle(host);
         const QStringList log = host.scriptLog();
         bool failed = !status;
         for (; printed < log.size(); ++printed) {

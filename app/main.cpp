@@ -1,5 +1,4 @@
 #include "batch_mode.h"
-#include "demo_scene.h"
 #include "host_main_window.h"
 #include "picker_embedded_host.h"
 #include "picker_main.h"
@@ -99,14 +98,24 @@ program_arguments parse_arguments(int argc, char* argv[]) {
     return arguments;
 }
 
-// The scene and pickers named on the command line, as the MEL a user would type for them.
-QStringList opening_statements(const program_arguments& arguments) {
+// The scene, the picker window, then the picker files: as a user would bring them up in MEL.
+QStringList opening_statements(const QString& scene, const QStringList& pickers) {
     QStringList statements;
-    if (!arguments.scene.isEmpty())
-        statements.append(QStringLiteral("file -open ") + picker_mel_quote(arguments.scene));
-    for (const QString& picker : arguments.pickers)
+    if (!scene.isEmpty())
+        statements.append(QStringLiteral("file -open ") + picker_mel_quote(scene));
+    statements.append(QStringLiteral("TalvoraPicker"));
+    for (const QString& picker : pickers)
         statements.append(QStringLiteral("TalvoraPicker open ") + picker_mel_quote(picker));
     return statements;
+}
+
+// Started with nothing to open: the demo beside the program, two characters and their picker.
+QStringList opening_statements(const program_arguments& arguments) {
+    if (arguments.batch || !arguments.scene.isEmpty() || !arguments.pickers.isEmpty())
+        return opening_statements(arguments.scene, arguments.pickers);
+    const QString demo = QCoreApplication::applicationDirPath() + QStringLiteral("/demo/");
+    return opening_statements(demo + QStringLiteral("demo_scene.ma"),
+                              {demo + QStringLiteral("demo.pkr")});
 }
 
 int run_batch_mode(const program_arguments& arguments, int argc, char* argv[]) {
@@ -141,8 +150,6 @@ int run_batch_mode(const program_arguments& arguments, int argc, char* argv[]) {
 int run_interactive(const program_arguments& arguments, int argc, char* argv[]) {
     QApplication app(argc, argv);
     picker_embedded_host host;
-    if (arguments.scene.isEmpty())
-        host.openScene(demo_scene_nodes(), demo_scene_file_info());
     int exitCode = 0;
     host_main_window mainWindow(host);
     host.setMainWindow(&mainWindow);
@@ -152,13 +159,16 @@ int run_interactive(const program_arguments& arguments, int argc, char* argv[]) 
         return 1;
     }
     mainWindow.show();
-    for (const QString& statement : opening_statements(arguments))
-        host.executeCommand(statement);
-    const host_status opened = host.executeCommand(QStringLiteral("TalvoraPicker"));
-    if (!opened) {
-        print_error(opened.errorString());
-        exitCode = 1;
-    } else {
+    // Each file that does not open says why in the log; the window comes up all the same.
+    for (const QString& statement : opening_statements(arguments)) {
+        const host_status status = host.executeCommand(statement);
+        host.processIdle();
+        if (!status && statement == QLatin1String("TalvoraPicker")) {
+            print_error(status.errorString());
+            exitCode = 1;
+        }
+    }
+    if (exitCode == 0) {
         bool cameUp = true;
         if (arguments.smoke) {
             // Judged before quitting: quitting closes the windows.
