@@ -1,7 +1,9 @@
 #include "picker_embedded_host.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QMainWindow>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include <cstdio>
@@ -16,7 +18,7 @@ const QStringList& known_events() {
     static const QStringList events{
         QStringLiteral("SelectionChanged"), QStringLiteral("quitApplication"),
         QStringLiteral("deleteAll"),        QStringLiteral("NewSceneOpened"),
-        QStringLiteral("SceneOpened"),
+        QStringLiteral("SceneOpened"),      QStringLiteral("SceneSaved"),
     };
     return events;
 }
@@ -248,6 +250,11 @@ void picker_embedded_host::displayError(const QString& text) {
     logError(text);
 }
 
+void picker_embedded_host::logWarning(const QString& text) {
+    scriptLog_.append(QStringLiteral("// Warning: ") + text);
+    std::fprintf(stderr, "// Warning: %s\n", text.toLocal8Bit().constData());
+}
+
 void picker_embedded_host::logError(const QString& text) {
     scriptLog_.append(QStringLiteral("// Error: ") + text);
     std::fprintf(stderr, "// Error: %s\n", text.toLocal8Bit().constData());
@@ -295,6 +302,8 @@ void picker_embedded_host::resetScene(const QStringList& nodes,
         addNode(node);
     fileInfo_ = fileInfo;
     modified_ = false;
+    scenePath_.clear();
+    scene_ = picker_ma_scene();
     if (!selection_.isEmpty())
         changeSelection(QStringList());
 }
@@ -376,7 +385,9 @@ host_status picker_embedded_host::runStatement(const picker_mel_statement& state
     if (name == QLatin1String("fileInfo"))
         return runFileInfo(args, result);
     if (name == QLatin1String("file"))
-        return runFile(args);
+        return runFile(args, result);
+    if (name == QLatin1String("ls"))
+        return runLs(args, result);
     if (name == QLatin1String("select"))
         return runSelect(args);
     if (name == QLatin1String("print")) {
@@ -441,11 +452,71 @@ host_status picker_embedded_host::runFileInfo(const QStringList& args, picker_me
     return host_status();
 }
 
-host_status picker_embedded_host::runFile(const QStringList& args) {
-    const QString flag = args.value(0);
-    if (args.size() != 2 || (flag != QLatin1String("-modified") && flag != QLatin1String("-mf")))
-        return melError(QStringLiteral("file: only -modified is available in this host."));
-    const QString value = args.at(1);
+host_status picker_embedded_host::runFile(const QStringList& args, picker_mel_value* result) {
+    // Flags as Maya's file command spells them: the ones listed here take a value, the others
+    // are switches, and the one argument without a flag is the file.
+    static const QStringList valued{QStringLiteral("-modified"),  QStringLiteral("-mf"),
+                                    QStringLiteral("-rename"),    QStringLiteral("-rn"),
+                                    QStringLiteral("-namespace"), QStringLiteral("-ns"),
+                                    QStringLiteral("-type"),      QStringLiteral("-typ")};
+    static const QStringList switches{
+        QStringLiteral("-new"),       QStringLiteral("-n"),     QStringLiteral("-force"),
+        QStringLiteral("-f"),         QStringLiteral("-open"),  QStringLiteral("-o"),
+        QStringLiteral("-save"),      QStringLiteral("-s"),     QStringLiteral("-reference"),
+        QStringLiteral("-r"),         QStringLiteral("-query"), QStringLiteral("-q"),
+        QStringLiteral("-sceneName"), QStringLiteral("-sn")};
+    QMap<QString, QString> values;
+    QSet<QString> set;
+    QString path;
+    for (int i = 0; i < args.size(); ++i) {
+        const QString& arg = args.at(i);
+        const int valuedAt = valued.indexOf(arg);
+        if (valuedAt >= 0) {
+            if (i + 1 >= args.size())
+                return melError(QStringLiteral("file: flag %1 needs a value.").arg(arg));
+            values.insert(valued.at(valuedAt - valuedAt % 2), args.at(++i));
+        } else if (switches.contains(arg)) {
+            const int at = switches.indexOf(arg);
+            set.insert(switches.at(at - at % 2));
+        } else if (arg.startsWith(QLatin1Char('-'))) {
+            return melError(QStringLiteral("file: invalid flag %1.").arg(arg));
+        } else if (!path.isNull()) {
+            return melError(QStringLiteral("file: more than one file given."));
+        } else {
+            path = arg;
+        }
+    }
+    const QString type = values.value(QStringLiteral("-type"), QStringLiteral("mayaAscii"));
+    if (type != QLatin1String("mayaAscii"))
+        return melError(QStringLiteral("file: only mayaAscii scenes are available in this host."));
+    if (set.contains(QStringLiteral("-query"))) {
+        if (!set.contains(QStringLiteral("-sceneName")))
+            return melError(QStringLiteral("file: only -q -sn is available in this host."));
+        *result = picker_mel_value::string(scenePath_);
+        return host_status();
+    }
+    const bool force = set.contains(QStringLiteral("-force"));
+    if (set.contains(QStringLiteral("-new")) || set.contains(QStringLiteral("-open"))) {
+        if (modified_ && !force)
+            return melError(QStringLiteral("file: the scene has unsaved changes; use -f to "
+                                           "discard them."));
+        if (set.contains(QStringLiteral("-open")))
+            return openFile(path);
+        newScene();
+        return host_status();
+    }
+    if (values.contains(QStringLiteral("-rename")))
+        scenePath_ = values.value(QStringLiteral("-rename"));
+    if (set.contains(QStringLiteral("-save")))
+        return saveFile();
+    if (set.contains(QStringLiteral("-reference")))
+        return referenceFile(values.value(QStringLiteral("-namespace")), path);
+    if (!values.contains(QStringLiteral("-modified"))) {
+        if (values.contains(QStringLiteral("-rename")))
+            return host_status();
+        return melError(QStringLiteral("file: nothing to do."));
+    }
+    const QString value = values.value(QStringLiteral("-modified"));
     if (value == QLatin1String("1") || value == QLatin1String("true") ||
         value == QLatin1String("on"))
         modified_ = true;
@@ -454,6 +525,91 @@ host_status picker_embedded_host::runFile(const QStringList& args) {
         modified_ = false;
     else
         return melError(QStringLiteral("file: invalid value for -modified: %1.").arg(value));
+    return host_status();
+}
+
+host_status picker_embedded_host::openFile(const QString& path) {
+    if (path.isEmpty())
+        return melError(QStringLiteral("file: -open needs a file."));
+    picker_ma_scene read;
+    const picker_ma_result status = readMayaAscii(path, read);
+    if (!status.ok())
+        return melError(status.error);
+    raiseEvent(QStringLiteral("deleteAll"));
+    QMap<QString, QString> info;
+    for (const auto& entry : read.fileInfo)
+        info.insert(entry.first, entry.second);
+    resetScene(read.nodes + read.referencedNodes, info);
+    scenePath_ = path;
+    scene_ = read;
+    for (const QString& warning : status.warnings)
+        logWarning(warning);
+    raiseEvent(QStringLiteral("SceneOpened"));
+    return host_status();
+}
+
+host_status picker_embedded_host::saveFile() {
+    if (scenePath_.isEmpty())
+        return melError(QStringLiteral("file: the scene has no name yet; give it one with "
+                                       "file -rename."));
+    picker_ma_scene written = scene_;
+    written.nodes.clear();
+    for (const QString& node : nodes_) {
+        if (!scene_.referencedNodes.contains(node))
+            written.nodes.append(node);
+    }
+    written.fileInfo.clear();
+    for (auto entry = fileInfo_.constBegin(); entry != fileInfo_.constEnd(); ++entry)
+        written.fileInfo.append(qMakePair(entry.key(), entry.value()));
+    QString error;
+    if (!writeMayaAscii(scenePath_, written, &error))
+        return melError(error);
+    modified_ = false;
+    raiseEvent(QStringLiteral("SceneSaved"));
+    return host_status();
+}
+
+host_status picker_embedded_host::referenceFile(const QString& ns, const QString& path) {
+    if (path.isEmpty())
+        return melError(QStringLiteral("file: -reference needs a file."));
+    const QString name = ns.isEmpty() ? QFileInfo(path).completeBaseName() : ns;
+    picker_ma_scene referenced = scene_;
+    const int before = static_cast<int>(referenced.referencedNodes.size());
+    const picker_ma_result status = referenceMayaAscii(name, path, scenePath_, referenced);
+    if (!status.ok())
+        return melError(status.error);
+    for (const QString& warning : status.warnings)
+        logWarning(warning);
+    for (int i = before; i < referenced.referencedNodes.size(); ++i)
+        addNode(referenced.referencedNodes.at(i));
+    scene_ = referenced;
+    modified_ = true;
+    return host_status();
+}
+
+host_status picker_embedded_host::runLs(const QStringList& args, picker_mel_value* result) {
+    bool selectedOnly = false;
+    QList<QRegularExpression> patterns;
+    for (const QString& arg : args) {
+        if (arg == QLatin1String("-sl") || arg == QLatin1String("-selection")) {
+            selectedOnly = true;
+        } else if (arg.startsWith(QLatin1Char('-'))) {
+            return melError(QStringLiteral("ls: invalid flag %1.").arg(arg));
+        } else {
+            QString expression = QRegularExpression::escape(arg);
+            expression.replace(QLatin1String("\\*"), QLatin1String(".*"));
+            patterns.append(QRegularExpression(QRegularExpression::anchoredPattern(expression)));
+        }
+    }
+    QStringList found;
+    for (const QString& name : selectedOnly ? selection_ : nodes_) {
+        bool matches = patterns.isEmpty();
+        for (const QRegularExpression& pattern : patterns)
+            matches = matches || pattern.match(name).hasMatch();
+        if (matches)
+            found.append(name);
+    }
+    *result = picker_mel_value::array(found);
     return host_status();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "picker_host.h"
+#include "picker_maya_ascii.h"
 #include "picker_mel.h"
 
 #include <QMap>
@@ -71,6 +72,9 @@ public:
     bool hasFileInfo(const QString& key) const { return fileInfo_.contains(key); }
     QMap<QString, QString> fileInfoEntries() const { return fileInfo_; }
     bool isModified() const { return modified_; }
+    // The scene file as "file -open", "file -rename" and "file -save" keep it.
+    QString scenePath() const { return scenePath_; }
+    QList<picker_ma_reference> references() const { return scene_.references; }
 
     // Scene events as the host raises them.
     void newScene();
@@ -129,7 +133,12 @@ private:
                                   QVector<picker_mel_value>& values, int depth);
     host_status runRegistered(picker_command_fn command, const QVector<picker_mel_value>& values);
     host_status runFileInfo(const QStringList& args, picker_mel_value* result);
-    host_status runFile(const QStringList& args);
+    host_status runFile(const QStringList& args, picker_mel_value* result);
+    host_status openFile(const QString& path);
+    host_status saveFile();
+    host_status referenceFile(const QString& ns, const QString& path);
+    host_status runLs(const QStringList& args, picker_mel_value* result);
+    void logWarning(const QString& text);
     host_status runSelect(const QStringList& args);
     host_status melError(const QString& text);
 
@@ -137,6 +146,9 @@ private:
     QStringList selection_;
     QMap<QString, QString> fileInfo_;
     bool modified_ = false;
+    QString scenePath_;
+    // The scene's references and what they brought in; the own nodes are refreshed on save.
+    picker_ma_scene scene_;
 
     std::map<QString, picker_command_fn> commands_;
     std::map<picker_callback_id, callback_entry> callbacks_;
