@@ -171,10 +171,10 @@ int run_interactive(const program_arguments& arguments, int argc, char* argv[]) 
     if (exitCode == 0) {
         bool cameUp = true;
         if (arguments.smoke) {
-            // Judged before quitting: quitting closes the windows.
+            // Judged before leaving; leaving the loop directly asks nothing of a modified scene.
             QTimer::singleShot(smoke_run_ms, &app, [&cameUp] {
                 cameUp = picker_is_up();
-                QCoreApplication::quit();
+                QCoreApplication::exit(0);
             });
         }
         exitCode = QApplication::exec();
