@@ -67,8 +67,6 @@ void tst_picker_embedded_host::runMel_data() {
     QTest::addColumn<QStringList>("commandSlots");
 
     const QStringList none;
-    QTest::newRow("select replace")
-        << QStringLiteral("select -r root") << none << QStringList{QStringLiteral("root")} << none;
     QTest::newRow("select add")
         << QStringLiteral("select -r hero:L_hand_ctrl; select -add prop:box") << none
         << QStringList{QStringLiteral("hero:L_hand_ctrl"), QStringLiteral("prop:box")} << none;
