@@ -228,20 +228,6 @@ private slots:
         QCOMPARE(result.isPicker, isPicker);
     }
 
-    void tabStreamFaultKeepsWhatWasRead() {
-        const QByteArray whole = picker_test_vectors::tabStream();
-        // Cut inside tab 1's background key "bg".
-        const QByteArray bytes = whole.left(whole.size() - 12);
-        picker_tab_set set;
-        const picker_read_result result = readTabs(bytes, set);
-        QCOMPARE(result.error, text("the data ends in the middle of the background key of tab 1"));
-        QCOMPARE(result.tabCount, 2);
-        QCOMPARE(result.wholeTabs, 1);
-        QCOMPARE(set.tabs.size(), 2);
-        QCOMPARE(set.tabs[0].buttons.size(), 2);
-        QCOMPARE(set.tabs[1].title, text("Leg"));
-    }
-
     void truncationAtEveryByte_data() {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<bool>("tabStream");
