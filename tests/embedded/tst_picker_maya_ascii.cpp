@@ -17,7 +17,7 @@ void write_file(const QString& path, const QByteArray& bytes) {
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), bytes.size());
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
 }
 
 QStringList pairs(const QList<QPair<QString, QString>>& list) {
@@ -166,7 +166,7 @@ void tst_picker_maya_ascii::readAndWrite() {
     QCOMPARE(references(read.references), refs);
     QCOMPARE(read.referencedNodes, referenced);
     QCOMPARE(pairs(read.fileInfo), info);
-    QCOMPARE(result.warnings.size(), warnings);
+    QCOMPARE(int(result.warnings.size()), warnings);
 
     // What is written reads back the same, references and all.
     const QString copy = dir.filePath(QStringLiteral("copy.ma"));

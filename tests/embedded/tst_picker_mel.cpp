@@ -45,9 +45,6 @@ void tst_picker_mel::parse_data() {
 
     QTest::newRow("bare words") << QStringLiteral("TalvoraPicker select a:b c")
                                 << QStringList{QStringLiteral("TalvoraPicker b:select b:a:b b:c")};
-    QTest::newRow("statements split on semicolons")
-        << QStringLiteral("fileInfo \"k\" \"v\"; file -modified 1;")
-        << QStringList{QStringLiteral("fileInfo q:k q:v"), QStringLiteral("file b:-modified b:1")};
     QTest::newRow("escapes") << QStringLiteral("print \"q\\\"b\\\\n\\nt\\tx\\y\"")
                              << QStringList{QStringLiteral("print q:q\"b\\n\nt\tx") +
                                             QStringLiteral("y")};
@@ -59,11 +56,6 @@ void tst_picker_mel::parse_data() {
                QStringLiteral("TalvoraPicker b:restore `:fileInfo -q \"TalvoraPickerData\"")};
     QTest::newRow("backquote inside a quoted string is text")
         << QStringLiteral("print \"`x`\"") << QStringList{QStringLiteral("print q:`x`")};
-    QTest::newRow("quoted directive")
-        << QStringLiteral("TalvoraPicker \"rebind\" `picker_ListNamespaces`;")
-        << QStringList{QStringLiteral("TalvoraPicker q:rebind `:picker_ListNamespaces")};
-    QTest::newRow("call form") << QStringLiteral("TalvoraPicker(\"save\");")
-                               << QStringList{QStringLiteral("TalvoraPicker q:save")};
     QTest::newRow("call form, two arguments")
         << QStringLiteral("TalvoraPicker( \"open\" , \"/a b.pkr\" )")
         << QStringList{QStringLiteral("TalvoraPicker q:open q:/a b.pkr")};

@@ -13,7 +13,8 @@ namespace {
 const char usage_text[] =
     "Usage: pkrtool COMMAND ARGUMENTS\n"
     "\n"
-    "Shows, dumps, builds and rebinds Talvora Picker files (.pkr).\n"
+    "Shows, dumps, builds and rebinds Talvora Picker files (.pkr), and reads the pickers\n"
+    "stored in Maya ASCII scenes (.ma).\n"
     "\n"
     "Commands:\n"
     "  info FILE.pkr                 the title, format version, background and buttons\n"
@@ -28,6 +29,9 @@ const char usage_text[] =
     "  render FILE.pkr -o OUT.png [--size WxH] [--zoom Z | --frame] [--select NAME ...]\n"
     "                                a picture of the picker as the window draws it, framed\n"
     "                                in 1024 x 768 by default, the named nodes lit\n"
+    "  scene SCENE.ma                the pickers the scene stores: tabs, titles, buttons\n"
+    "  extract SCENE.ma -o DIR       each stored tab as a picker file in DIR, named after\n"
+    "                                its title\n"
     "  --help                        this text\n"
     "  --version                     the program's version\n";
 

@@ -1,6 +1,7 @@
 #include "pkrtool_commands.h"
 
 #include "pkrtool_cli.h"
+#include "pkrtool_scene.h"
 
 #include "picker_file.h"
 #include "picker_json.h"
@@ -229,5 +230,9 @@ int runPkrtool(const QStringList& arguments, QIODevice& out, QIODevice& err) {
         return runNamespaces(arguments, out, err);
     if (command == QLatin1String("rebind"))
         return runRebind(arguments, out, err);
+    if (command == QLatin1String("scene"))
+        return runScene(arguments, out, err);
+    if (command == QLatin1String("extract"))
+        return runExtract(arguments, out, err);
     return usageError(err, QStringLiteral("unknown command '%1'").arg(command));
 }
