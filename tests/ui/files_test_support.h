@@ -102,6 +102,30 @@ public:
     std::unique_ptr<recording_host> host;
 };
 
+// A button list laid out field by field: one selection button per list of node names, at
+// (10 b, 20), size 8, with the fields the version has.
+inline void lay_buttons(QDataStream& out, qint32 version, const QList<QStringList>& buttons) {
+    out << qint32(buttons.size());
+    for (int b = 0; b < buttons.size(); ++b) {
+        out << qint32(b) << qint32(10 * b) << qint32(20) << qint32(8);
+        if (version > 1)
+            out << qint32(0) << qint32(0);
+        out << quint32(0xFFB22222);
+        if (version > 3)
+            out << quint32(0xFF000000);
+        out << QString() << qint32(buttons.at(b).size());
+        for (const QString& name : buttons.at(b))
+            out << name;
+    }
+}
+
+inline QList<qint16> lit_states(picker_view* view) {
+    QList<qint16> states;
+    for (const buttonRecord& button : *view->buttons())
+        states.append(button.selected);
+    return states;
+}
+
 inline QByteArray png_of(const QColor& colour, int edge = 4) {
     QImage image(edge, edge, QImage::Format_ARGB32);
     image.fill(colour);

@@ -179,8 +179,6 @@ void tst_picker_files::open_several_files_data() {
     QTest::newRow("JSON file, cancel")
         << QList<QByteArray>{a, QByteArray("{\"title\": \"B\", \"buttons\": []}\n"), c} << 1
         << false << int(QMessageBox::Cancel) << not_a_picker << cancelIgnore << onlyA;
-    QTest::newRow("text file") << QList<QByteArray>{a, QByteArray("picker B\n"), c} << 1 << false
-                               << int(QMessageBox::Ignore) << not_a_picker << cancelIgnore << ac;
     QTest::newRow("format version 0")
         << QList<QByteArray>{a, versionZero, c} << 1 << false << int(QMessageBox::Ignore)
         << not_a_picker << cancelIgnore << ac;
@@ -400,7 +398,6 @@ void tst_picker_files::current_tab_of_the_stream_data() {
     QTest::newRow("second") << 1 << 1;
     QTest::newRow("minus one") << -1 << 0;
     QTest::newRow("one past the end") << 2 << 0;
-    QTest::newRow("far out") << 1000 << 0;
 }
 
 void tst_picker_files::current_tab_of_the_stream() {

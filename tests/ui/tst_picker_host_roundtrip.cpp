@@ -1,8 +1,4 @@
-#include "picker_embedded_host.h"
-#include "picker_main.h"
-#include "picker_view.h"
-#include "picker_window.h"
-#include "ui_test_support.h"
+#include "files_test_support.h"
 
 #include <QDockWidget>
 #include <QStandardPaths>
@@ -31,22 +27,12 @@ const QString left_hand = QStringLiteral("hero:L_hand_ctrl");
 const QString right_hand = QStringLiteral("hero:R_hand_ctrl");
 const QString root = QStringLiteral("hero:root_ctrl");
 
-QString scene_data(const QByteArray& tabStream) {
-    return QString::fromLatin1(qCompress(tabStream, 9).toBase64());
-}
-
 // Body: (both hands) and (root); Face: (left hand).
 QByteArray rig_picker() {
-    return tab_stream(4, 0,
-                      {{QStringLiteral("Body"), {{left_hand, right_hand}, {root}}},
-                       {QStringLiteral("Face"), {{left_hand}}}});
-}
-
-QList<qint16> lit_states(picker_view* view) {
-    QList<qint16> states;
-    for (const buttonRecord& button : *view->buttons())
-        states.append(button.selected);
-    return states;
+    return laid_tabs(
+        4, 0,
+        {{QStringLiteral("Body"), QString(), QByteArray(), {{left_hand, right_hand}, {root}}},
+         {QStringLiteral("Face"), QString(), QByteArray(), {{left_hand}}}});
 }
 
 } // namespace
@@ -101,7 +87,7 @@ void tst_picker_host_roundtrip::cleanup() {
 bool tst_picker_host_roundtrip::open_picker(const QByteArray& tabStream) {
     QMap<QString, QString> fileInfo;
     if (!tabStream.isEmpty())
-        fileInfo.insert(QStringLiteral("TalvoraPickerData"), scene_data(tabStream));
+        fileInfo.insert(QStringLiteral("TalvoraPickerData"), scene_text(tabStream));
     host_->openScene({QStringLiteral("persp"), left_hand, right_hand, root}, fileInfo);
     if (!host_->executeCommand(QStringLiteral("TalvoraPicker")))
         return false;
@@ -218,7 +204,8 @@ void tst_picker_host_roundtrip::hostile_name_selects_and_runs_nothing_data() {
 
 void tst_picker_host_roundtrip::hostile_name_selects_and_runs_nothing() {
     QFETCH(QString, hostile);
-    QVERIFY(open_picker(tab_stream(4, 0, {{QStringLiteral("Trap"), {{hostile}}}})));
+    QVERIFY(open_picker(
+        laid_tabs(4, 0, {{QStringLiteral("Trap"), QString(), QByteArray(), {{hostile}}}})));
     host_->clearScriptLog();
     window()->clearAllSelected();
     QVERIFY((*view(0)->buttons())[0].select(false));
@@ -257,11 +244,11 @@ void tst_picker_host_roundtrip::damaged_scene_data_keeps_the_whole_tabs() {
     QFETCH(QStringList, titles);
     QFETCH(QString, error);
 
-    QVERIFY(open_picker(tab_stream(4, 0, {{QStringLiteral("Old"), {}}})));
+    QVERIFY(open_picker(laid_tabs(4, 0, {{QStringLiteral("Old"), QString(), QByteArray(), {}}})));
     host_->clearScriptLog();
 
     host_->executeCommand(
-        QStringLiteral("TalvoraPicker restore \"%1\"").arg(scene_data(rig_picker().left(cut))));
+        QStringLiteral("TalvoraPicker restore \"%1\"").arg(scene_text(rig_picker().left(cut))));
 
     QCOMPARE(host_->scriptLog(), QStringList{error});
     QCOMPARE(tab_titles(*window()), titles);

@@ -15,13 +15,6 @@ const QString root = QStringLiteral("hero:root_ctrl");
 
 enum image_call { store_call, remove_call, fetch_call, fetch_front_call };
 
-QList<qint16> lit_states(picker_view* view) {
-    QList<qint16> states;
-    for (const buttonRecord& button : *view->buttons())
-        states.append(button.selected);
-    return states;
-}
-
 bool only_digits(const QString& key) {
     for (const QChar c : key) {
         if (!c.isDigit())

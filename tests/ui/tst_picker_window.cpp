@@ -5,7 +5,6 @@
 
 #include <QAbstractButton>
 #include <QClipboard>
-#include <QDataStream>
 #include <QInputDialog>
 #include <QKeySequence>
 #include <QMessageBox>
@@ -35,9 +34,6 @@ private slots:
     void rename_tab();
     void close_tab_asks_first_data();
     void close_tab_asks_first();
-    void stream_from_data();
-    void stream_from();
-    void newer_stream_leaves_tabs_untouched();
     void about_box_names_version_and_build_hour();
 
 private:
@@ -240,63 +236,6 @@ void tst_picker_window::close_tab_asks_first() {
     QCOMPARE(question, QStringLiteral("Are you sure you want to close the tab \"Untitled\"?\n\n"
                                       "All changes will be lost."));
     QCOMPARE(tabs_of(window)->count(), tabsLeft);
-}
-
-void tst_picker_window::stream_from_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QStringList>("titles");
-    QTest::addColumn<int>("current");
-    QTest::addColumn<int>("buttons");
-
-    const QList<QStringList> two{{QStringLiteral("a"), QStringLiteral("b")}, {QStringLiteral("c")}};
-    QTest::newRow("version 4, second tab current")
-        << tab_stream(4, 1, {{QStringLiteral("Body"), two}, {QStringLiteral("Face"), two}})
-        << QStringList{QStringLiteral("Body"), QStringLiteral("Face")} << 1 << 2;
-    QTest::newRow("current out of range keeps the first")
-        << tab_stream(4, 7, {{QStringLiteral("A"), {}}, {QStringLiteral("B"), {}}})
-        << QStringList{QStringLiteral("A"), QStringLiteral("B")} << 0 << 0;
-    QTest::newRow("no tabs") << tab_stream(4, -1, {}) << QStringList() << -1 << 0;
-}
-
-void tst_picker_window::stream_from() {
-    QFETCH(QByteArray, bytes);
-    QFETCH(QStringList, titles);
-    QFETCH(int, current);
-    QFETCH(int, buttons);
-
-    picker_window window(nullptr);
-    QDataStream in(bytes);
-    window.streamFrom(in);
-
-    QCOMPARE(tab_titles(window), titles);
-    QCOMPARE(tabs_of(window)->currentIndex(), current);
-    if (current >= 0)
-        QCOMPARE(window.frontPicker()->buttons()->size(), buttons);
-}
-
-void tst_picker_window::newer_stream_leaves_tabs_untouched() {
-    picker_window window(nullptr);
-    window.new_tab();
-    QString warning;
-    QString title;
-    answer_next_dialog([&](QWidget* dialog) {
-        title = dialog->windowTitle();
-        if (auto* box = qobject_cast<QMessageBox*>(dialog))
-            warning = box->text();
-        dialog->close();
-    });
-    const QByteArray bytes =
-        tab_stream(5, 0, {{QStringLiteral("Future"), {{QStringLiteral("a")}}}});
-    QDataStream in(bytes);
-    window.streamFrom(in);
-
-    QCOMPARE(title, QStringLiteral("Warning"));
-    QCOMPARE(warning,
-             QStringLiteral("The scene file contains data\nin a format (5) more recent than the "
-                            "version of the picker\ninstalled in this machine can understand.  "
-                            "Please update\nthe picker, and try again.\n"));
-    QCOMPARE(tab_titles(window),
-             (QStringList{QStringLiteral("Untitled"), QStringLiteral("Untitled")}));
 }
 
 void tst_picker_window::about_box_names_version_and_build_hour() {
