@@ -6,6 +6,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -221,13 +222,21 @@ void host_main_window::open_scene() {
 }
 
 void host_main_window::open_scene_file(const QString& path) {
-    if (run(QStringLiteral("file -open ") + picker_mel_quote(path)))
+    if (run(QStringLiteral("file -open -f ") + picker_mel_quote(path)))
         remember_scene(path);
+}
+
+// The picker writes the scene entry once the current event is handled, and the host runs it
+// when idle: both come before a save, as they would before the user's next action in a session.
+void host_main_window::settle_host() {
+    QCoreApplication::processEvents();
+    host_.processIdle();
 }
 
 bool host_main_window::save_scene() {
     if (host_.scenePath().isEmpty())
         return save_scene_as();
+    settle_host();
     if (!run(QStringLiteral("file -save")))
         return false;
     remember_scene(host_.scenePath());
@@ -241,6 +250,7 @@ bool host_main_window::save_scene_as() {
         return false;
     if (QFileInfo(path).suffix().isEmpty())
         path += QLatin1String(".ma");
+    settle_host();
     if (!run(QStringLiteral("file -rename ") + picker_mel_quote(path)) ||
         !run(QStringLiteral("file -save")))
         return false;

@@ -109,13 +109,13 @@ QStringList opening_statements(const QString& scene, const QStringList& pickers)
     return statements;
 }
 
-// Started with nothing to open: the demo beside the program, two characters and their picker.
+// Started with nothing to open: the demo beside the program, two characters and their picker
+// stored in the scene.
 QStringList opening_statements(const program_arguments& arguments) {
     if (arguments.batch || !arguments.scene.isEmpty() || !arguments.pickers.isEmpty())
         return opening_statements(arguments.scene, arguments.pickers);
     const QString demo = QCoreApplication::applicationDirPath() + QStringLiteral("/demo/");
-    return opening_statements(demo + QStringLiteral("demo_scene.ma"),
-                              {demo + QStringLiteral("demo.pkr")});
+    return opening_statements(demo + QStringLiteral("demo_scene.ma"), {});
 }
 
 int run_batch_mode(const program_arguments& arguments, int argc, char* argv[]) {

@@ -303,6 +303,7 @@ void picker_embedded_host::resetScene(const QStringList& nodes,
     fileInfo_ = fileInfo;
     modified_ = false;
     scenePath_.clear();
+    referenceBase_.clear();
     scene_ = picker_ma_scene();
     if (!selection_.isEmpty())
         changeSelection(QStringList());
@@ -541,6 +542,7 @@ host_status picker_embedded_host::openFile(const QString& path) {
         info.insert(entry.first, entry.second);
     resetScene(read.nodes + read.referencedNodes, info);
     scenePath_ = path;
+    referenceBase_ = path;
     scene_ = read;
     for (const QString& warning : status.warnings)
         logWarning(warning);
@@ -561,9 +563,20 @@ host_status picker_embedded_host::saveFile() {
     written.fileInfo.clear();
     for (auto entry = fileInfo_.constBegin(); entry != fileInfo_.constEnd(); ++entry)
         written.fileInfo.append(qMakePair(entry.key(), entry.value()));
+    // A relative reference was found beside the scene it was read with; saved somewhere else, it
+    // is written where it was found.
+    for (picker_ma_reference& reference : written.references) {
+        if (!resolveReferencePath(reference.path, scenePath_).isEmpty())
+            continue;
+        const QString found = resolveReferencePath(reference.path, referenceBase_);
+        if (!found.isEmpty())
+            reference.path = QFileInfo(found).absoluteFilePath();
+    }
     QString error;
     if (!writeMayaAscii(scenePath_, written, &error))
         return melError(error);
+    scene_.references = written.references;
+    referenceBase_ = scenePath_;
     modified_ = false;
     raiseEvent(QStringLiteral("SceneSaved"));
     return host_status();

@@ -147,6 +147,8 @@ private:
     QMap<QString, QString> fileInfo_;
     bool modified_ = false;
     QString scenePath_;
+    // The scene file the references' relative paths were found from.
+    QString referenceBase_;
     // The scene's references and what they brought in; the own nodes are refreshed on save.
     picker_ma_scene scene_;
 

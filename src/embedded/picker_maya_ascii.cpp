@@ -170,7 +170,9 @@ QString interpret(const statement& s, file_contents& contents) {
         if (s.tokens.size() < 2 || s.tokens.at(1).text.startsWith(QLatin1Char('-')))
             return QStringLiteral("%1: createNode needs a node type").arg(s.line);
         const QString name = flagValue(s.tokens, "-n", "-name");
-        if (!name.isEmpty())
+        // A reference node is Maya's record of a "file -r" statement, which is kept apart and
+        // makes it again; kept as a node it would be written back as a transform of that name.
+        if (!name.isEmpty() && s.tokens.at(1).text != QLatin1String("reference"))
             contents.nodes.append(name);
     } else if (command == QLatin1String("file") && hasFlag(s.tokens, "-r", "-reference")) {
         const token& last = s.tokens.last();

@@ -59,9 +59,11 @@ void tst_talvora_program::initTestCase() {
 
 // Each case starts from the demo as the program opens it: the scene brings its picker back.
 void tst_talvora_program::init() {
-    run(QStringLiteral("file -open \"%1/demo_scene.ma\"").arg(demo_));
+    run(QStringLiteral("file -open -f \"%1/demo_scene.ma\"").arg(demo_));
     QCOMPARE(tabs()->count(), 1);
     QCOMPARE(tab(0)->buttons()->size(), 74);
+    // The outliner follows the scene on its own time, as a user sees it.
+    QTRY_VERIFY(outlined(QStringLiteral("villain:head_ctrl")) != nullptr);
 }
 
 void tst_talvora_program::cleanupTestCase() {

@@ -13,8 +13,8 @@ namespace {
 const char usage_text[] =
     "Usage: pkrtool COMMAND ARGUMENTS\n"
     "\n"
-    "Shows, dumps, builds and rebinds Talvora Picker files (.pkr), and reads the pickers\n"
-    "stored in Maya ASCII scenes (.ma).\n"
+    "Shows, dumps, builds and rebinds Talvora Picker files (.pkr), and reads and stores the\n"
+    "pickers of Maya ASCII scenes (.ma).\n"
     "\n"
     "Commands:\n"
     "  info FILE.pkr                 the title, format version, background and buttons\n"
@@ -32,6 +32,10 @@ const char usage_text[] =
     "  scene SCENE.ma                the pickers the scene stores: tabs, titles, buttons\n"
     "  extract SCENE.ma -o DIR       each stored tab as a picker file in DIR, named after\n"
     "                                its title\n"
+    "  store SCENE.ma --picker FILE.pkr [--picker FILE.pkr ...] [-o OUT.ma]\n"
+    "                                the picker files stored in the scene as its tabs, as\n"
+    "                                the window stores them; the scene itself is rewritten\n"
+    "                                without -o\n"
     "  --help                        this text\n"
     "  --version                     the program's version\n";
 

@@ -234,5 +234,7 @@ int runPkrtool(const QStringList& arguments, QIODevice& out, QIODevice& err) {
         return runScene(arguments, out, err);
     if (command == QLatin1String("extract"))
         return runExtract(arguments, out, err);
+    if (command == QLatin1String("store"))
+        return runStore(arguments, out, err);
     return usageError(err, QStringLiteral("unknown command '%1'").arg(command));
 }

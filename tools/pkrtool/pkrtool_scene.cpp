@@ -5,6 +5,7 @@
 
 #include "picker_file.h"
 #include "picker_maya_ascii.h"
+#include "picker_stream.h"
 
 #include <QCommandLineParser>
 #include <QDataStream>
@@ -16,6 +17,7 @@ namespace {
 
 // The fileInfo key the picker window keeps its tabs under.
 const QString picker_data_key = QStringLiteral("TalvoraPickerData");
+const QString image_key_prefix = QStringLiteral("TalvoraPickerImage_");
 
 // Reads the scene and the tabs it stores; false after reporting why not. A scene without
 // pickers is no failure: it has no tabs.
@@ -111,5 +113,59 @@ int runExtract(const QStringList& arguments, QIODevice& out, QIODevice& err) {
             return pkrtool_failed;
         writeText(out, path + QLatin1Char('\n'));
     }
+    return pkrtool_ok;
+}
+
+int runStore(const QStringList& arguments, QIODevice& out, QIODevice& err) {
+    QCommandLineParser parser;
+    const QCommandLineOption output = outputOption();
+    const QCommandLineOption picker(QStringLiteral("picker"), QString(),
+                                    QStringLiteral("FILE.pkr"));
+    parser.addOptions({output, picker});
+    if (!parseCommand(parser, arguments, err))
+        return pkrtool_usage;
+    if (!parser.isSet(picker))
+        return usageError(err, QStringLiteral("store needs --picker FILE.pkr"));
+    const QString scenePath = parser.positionalArguments().first();
+    picker_ma_scene scene;
+    const picker_ma_result read = readMayaAscii(scenePath, scene);
+    if (!read.ok())
+        return fail(err, read.error);
+
+    // Stored as the window stores its tabs: the tab stream, and each background on its own for
+    // the image fetch that follows a restore.
+    picker_tab_set set;
+    QList<QPair<QString, QString>> entries;
+    for (const QString& path : parser.values(picker)) {
+        picker_tab_record tab;
+        qint32 version = 0;
+        if (!readPicker(path, tab, version, err))
+            return pkrtool_failed;
+        if (!tab.backgroundKey.isEmpty() && !tab.backgroundPng.isEmpty()) {
+            QByteArray image;
+            QDataStream stream(&image, QIODevice::WriteOnly);
+            writeImage(stream, tab.backgroundPng);
+            entries.append(
+                {image_key_prefix + tab.backgroundKey, QString::fromLatin1(image.toBase64())});
+        }
+        set.tabs.append(tab);
+    }
+    QByteArray data;
+    {
+        QDataStream stream(&data, QIODevice::WriteOnly);
+        writeTabStream(stream, set);
+    }
+    entries.prepend({picker_data_key, QString::fromLatin1(qCompress(data).toBase64())});
+    for (auto it = scene.fileInfo.begin(); it != scene.fileInfo.end();) {
+        const bool ours = it->first == picker_data_key || it->first.startsWith(image_key_prefix);
+        it = ours ? scene.fileInfo.erase(it) : std::next(it);
+    }
+    scene.fileInfo += entries;
+
+    const QString target = parser.isSet(output) ? parser.value(output) : scenePath;
+    QString error;
+    if (!writeMayaAscii(target, scene, &error))
+        return fail(err, error);
+    writeText(out, QStringLiteral("%1: %2 tabs stored\n").arg(target).arg(set.tabs.size()));
     return pkrtool_ok;
 }
