@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Set-up, build and test in one place, for a fresh Debian 12 machine and for CI.
-#   ./dev.sh run    build, show the sample picker file, and start the picker
+#   ./dev.sh run    build, list the demo scene's pickers, and start the picker on the demo
 #   ./dev.sh test   build with Qt 6, Qt 5 and the sanitizers, and run every test
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -9,6 +9,8 @@ packages=(g++ cmake ninja-build pkg-config ccache zlib1g-dev qt6-base-dev qtbase
 jobs=$(nproc 2>/dev/null || echo 2)
 # Paths relative to the checkout, so every clone of it shares one compiler cache.
 export CCACHE_BASEDIR=$PWD
+# And without the working directory in the key, which -g would otherwise add.
+export CCACHE_NOHASHDIR=1
 
 ensure_packages() {
     local missing=()
@@ -54,13 +56,16 @@ run)
     # The same folder as the Qt 6 test build, so neither command undoes the other's work.
     configure build/qt6
     cmake --build build/qt6 -j"$jobs" --target talvora-picker pkrtool
-    build/qt6/tools/pkrtool/pkrtool info samples/hero.pkr
+    build/qt6/tools/pkrtool/pkrtool scene build/qt6/app/demo/demo_scene.ma
     if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
         exec build/qt6/app/talvora-picker
     fi
     echo "== no display: starting talvora-picker offscreen for a moment"
     QT_QPA_PLATFORM=offscreen build/qt6/app/talvora-picker --smoke
-    echo "== talvora-picker came up and quit cleanly"
+    echo "== talvora-picker came up and quit cleanly; the demo picker as a picture instead:"
+    QT_QPA_PLATFORM=offscreen build/qt6/tools/pkrtool/pkrtool render build/qt6/app/demo/demo.pkr \
+        -o build/qt6/demo-picker.png
+    echo "$PWD/build/qt6/demo-picker.png"
     ;;
 test)
     ensure_packages
