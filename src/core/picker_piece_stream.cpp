@@ -5,6 +5,8 @@
 
 #include <QtEndian>
 
+#include <algorithm>
+
 #include <zlib.h>
 
 namespace {
@@ -24,16 +26,20 @@ bool same_bytes(const QByteArray& a, const QByteArray& b) {
 
 } // namespace
 
-picker_tab_stream_pieces::picker_tab_stream_pieces(qint32 tabCount, qint32 current) {
+picker_tab_stream_pieces::picker_tab_stream_pieces(qint32 tabCount, qint32 current,
+                                                   picker_record_cache* cache)
+    : cache_(cache) {
     appendStreamInt(open_, picker_format_version);
     appendStreamInt(open_, tabCount);
     appendStreamInt(open_, current);
+    run_.reserve(records_per_piece);
 }
 
 void picker_tab_stream_pieces::addTab(const QString& title, const QString& backgroundKey,
                                       const QByteArray& png, qint32 buttonCount) {
+    end_run();
     cut();
-    appendStreamInt(open_, tabIndex_++);
+    appendStreamInt(open_, qint32(runsPerTab_.size()));
     appendStreamString(open_, title);
     appendStreamString(open_, backgroundKey);
     if (!backgroundKey.isEmpty()) {
@@ -44,20 +50,25 @@ void picker_tab_stream_pieces::addTab(const QString& title, const QString& backg
         }
     }
     appendStreamInt(open_, buttonCount);
+    cut();
+    runsPerTab_.push_back(0);
     buttonIndex_ = 0;
 }
 
 void picker_tab_stream_pieces::addButton(const buttonAttributes& att) {
-    if (buttonIndex_ % records_per_piece == 0) {
-        if (buttonIndex_ > 0)
-            cut();
-        open_.reserve(open_.size() + records_per_piece * typical_record_bytes);
-    }
-    appendButtonRecord(open_, buttonIndex_++, att);
+    run_.append(&att);
+    if (run_.size() == records_per_piece)
+        end_run();
 }
 
 QVector<picker_stream_piece> picker_tab_stream_pieces::take() {
+    end_run();
     cut();
+    if (cache_ != nullptr) {
+        cache_->tabs_.resize(runsPerTab_.size());
+        for (size_t tab = 0; tab < runsPerTab_.size(); ++tab)
+            cache_->tabs_[tab].resize(runsPerTab_[tab]);
+    }
     return std::move(pieces_);
 }
 
@@ -66,6 +77,43 @@ void picker_tab_stream_pieces::cut() {
         return;
     pieces_.append({open_, false});
     open_.clear();
+}
+
+void picker_tab_stream_pieces::end_run() {
+    if (run_.isEmpty())
+        return;
+    picker_record_cache::record_run* cached = nullptr;
+    if (cache_ != nullptr) {
+        const size_t tab = runsPerTab_.size() - 1;
+        if (cache_->tabs_.size() <= tab)
+            cache_->tabs_.resize(tab + 1);
+        std::vector<picker_record_cache::record_run>& runs = cache_->tabs_[tab];
+        if (runs.size() <= runsPerTab_[tab])
+            runs.resize(runsPerTab_[tab] + 1);
+        cached = &runs[runsPerTab_[tab]];
+    }
+    const bool unchanged = cached != nullptr && cached->buttons.size() == run_.size() &&
+                           std::equal(run_.cbegin(), run_.cend(), cached->buttons.cbegin(),
+                                      [](const buttonAttributes* added,
+                                         const buttonAttributes& kept) { return *added == kept; });
+    QByteArray bytes;
+    if (unchanged) {
+        bytes = cached->bytes;
+    } else {
+        bytes.reserve(run_.size() * typical_record_bytes);
+        for (int i = 0; i < run_.size(); ++i)
+            appendButtonRecord(bytes, buttonIndex_ + i, *run_.at(i));
+        if (cached != nullptr) {
+            cached->buttons.clear();
+            for (const buttonAttributes* att : run_)
+                cached->buttons.append(*att);
+            cached->bytes = bytes;
+        }
+    }
+    pieces_.append({bytes, false});
+    buttonIndex_ += run_.size();
+    ++runsPerTab_.back();
+    run_.clear();
 }
 
 void picker_piece_compressor::stream_deleter::operator()(z_stream_s* stream) const {

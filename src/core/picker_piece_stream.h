@@ -16,12 +16,26 @@ struct picker_stream_piece {
     bool compressed = false; // already compressed data (a PNG): deflating it again gains nothing
 };
 
+// Runs of button records as last laid out, kept between writes of the same tabs, so a run whose
+// buttons did not change is handed over again instead of being laid out anew.
+class picker_record_cache {
+    friend class picker_tab_stream_pieces;
+    struct record_run {
+        QVector<buttonAttributes> buttons;
+        QByteArray bytes;
+    };
+    // By tab, then by run within the tab.
+    std::vector<std::vector<record_run>> tabs_;
+};
+
 // The tab stream cut where an edit usually leaves the bytes on either side alone: each tab's
 // header, its background image, and runs of button records. Joined, the pieces are exactly the
 // tab stream.
 class picker_tab_stream_pieces {
 public:
-    picker_tab_stream_pieces(qint32 tabCount, qint32 current);
+    // With a cache, unchanged record runs come from it; the attributes added must stay valid
+    // until take().
+    picker_tab_stream_pieces(qint32 tabCount, qint32 current, picker_record_cache* cache = nullptr);
 
     // A tab's header; its buttonCount records follow through addButton.
     void addTab(const QString& title, const QString& backgroundKey, const QByteArray& png,
@@ -31,10 +45,14 @@ public:
 
 private:
     void cut();
+    void end_run();
 
     QVector<picker_stream_piece> pieces_;
     QByteArray open_;
-    qint32 tabIndex_ = 0;
+    QVector<const buttonAttributes*> run_;
+    picker_record_cache* cache_;
+    // Runs written so far in each tab, to drop what the cache holds past them.
+    std::vector<size_t> runsPerTab_;
     qint32 buttonIndex_ = 0;
 };
 

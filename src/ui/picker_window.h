@@ -194,5 +194,6 @@ private:
     // Runs the waiting scene write once the current event is handled.
     QTimer* sceneTimer_ = nullptr;
     bool scenePending_ = false;
+    picker_record_cache sceneRecords_;
     picker_piece_compressor sceneCompressor_;
 };

@@ -85,7 +85,7 @@ picker_tab_record picker_window::tab_record(int index) {
 }
 
 QVector<picker_stream_piece> picker_window::stream_pieces() {
-    picker_tab_stream_pieces pieces(tabs_->count(), tabs_->currentIndex());
+    picker_tab_stream_pieces pieces(tabs_->count(), tabs_->currentIndex(), &sceneRecords_);
     for (int i = 0; i < tabs_->count(); ++i) {
         const picker_view* view = view_at(i);
         if (view == nullptr) {

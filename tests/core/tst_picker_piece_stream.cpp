@@ -27,8 +27,8 @@ picker_tab_record tab(const QString& title, int buttons, const QByteArray& png) 
     return record;
 }
 
-QVector<picker_stream_piece> pieces_of(const picker_tab_set& set) {
-    picker_tab_stream_pieces pieces(qint32(set.tabs.size()), set.current);
+QVector<picker_stream_piece> pieces_of(const picker_tab_set& set, picker_record_cache& cache) {
+    picker_tab_stream_pieces pieces(qint32(set.tabs.size()), set.current, &cache);
     for (const picker_tab_record& t : set.tabs) {
         pieces.addTab(t.title, t.backgroundKey, t.backgroundPng, qint32(t.buttons.size()));
         for (const buttonAttributes& att : t.buttons)
@@ -93,12 +93,13 @@ void tst_picker_piece_stream::compressedSceneReadsBack_data() {
     });
 }
 
-// The second write reuses what the first deflated; both must be what qUncompress and the
-// tab stream reader take, byte for byte the plain stream.
+// The second write reuses what the first laid out and deflated; both must be what qUncompress
+// and the tab stream reader take, byte for byte the plain stream.
 void tst_picker_piece_stream::compressedSceneReadsBack() {
     QFETCH(picker_tab_set, first);
     QFETCH(tab_set_edit, edit);
     picker_piece_compressor compressor;
+    picker_record_cache cache;
     picker_tab_set second = first;
     edit(second);
     for (const picker_tab_set& set : {first, second}) {
@@ -107,7 +108,7 @@ void tst_picker_piece_stream::compressedSceneReadsBack() {
             QDataStream out(&plain, QIODevice::WriteOnly);
             writeTabStream(out, set);
         }
-        const QByteArray packed = compressor.compress(pieces_of(set));
+        const QByteArray packed = compressor.compress(pieces_of(set, cache));
         QCOMPARE(qUncompress(packed), plain);
 
         QDataStream in(qUncompress(packed));
