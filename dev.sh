@@ -5,7 +5,8 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-packages=(g++ cmake ninja-build pkg-config ccache zlib1g-dev qt6-base-dev qtbase5-dev libbenchmark-dev)
+packages=(g++ cmake ninja-build pkg-config ccache zlib1g-dev qt6-base-dev qtbase5-dev libbenchmark-dev
+    xvfb xauth)
 jobs=$(nproc 2>/dev/null || echo 2)
 # Paths relative to the checkout, so every clone of it shares one compiler cache.
 export CCACHE_BASEDIR=$PWD
@@ -70,6 +71,8 @@ run)
 test)
     ensure_packages
     check build/qt6 "Qt 6"
+    echo "== Qt 6: the program's end-to-end tests again, under a real X server"
+    xvfb-run -a env QT_QPA_PLATFORM=xcb build/qt6/tests/app/tst_talvora_program
     check build/qt5 "Qt 5" -DPICKER_QT_MAJOR=5
     check build/sanitize "Qt 6 with ASan and UBSan" -DPICKER_SANITIZE=ON -DPICKER_BENCH=OFF
     ;;
