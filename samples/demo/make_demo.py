@@ -348,15 +348,15 @@ def text(x, y, words, colour=TEXT, size=11, bold=True):
             "-draw", f"text {x},{y} '{words}'"]
 
 
-def panel(spec):
-    title, x0, y0, x1, y1 = spec
+def panel(box):
+    title, x0, y0, x1, y1 = box
     return (["-stroke", PANEL_EDGE, "-strokewidth", "1", "-fill", PANEL_FILL,
              "-draw", f"roundrectangle {x0},{y0} {x1},{y1} 8,8"]
             + text(x0 + 10, y0 + 18, title))
 
 
-def hand(spec):
-    hx = lambda x: hand_x_for(spec, x)  # noqa: E731
+def hand(side):
+    hx = lambda x: hand_x_for(side, x)  # noqa: E731
     x0, y0, x1, y1 = PALM
     ax, bx = sorted((hx(x0), hx(x1)))
     args = ["-stroke", "none", "-fill", BODY,
@@ -370,8 +370,8 @@ def hand(spec):
 
 def background_args():
     args = ["-size", f"{WIDTH}x{HEIGHT}", f"gradient:{BACKDROP_TOP}-{BACKDROP_BOTTOM}"]
-    for spec in (FACE_PANEL, SETTINGS_PANEL, R_HAND_PANEL, L_HAND_PANEL):
-        args += panel(spec)
+    for box in (FACE_PANEL, SETTINGS_PANEL, R_HAND_PANEL, L_HAND_PANEL):
+        args += panel(box)
 
     # Ground shadow under the feet, then the body as one flat silhouette.
     args += ["-stroke", "none", "-fill", SHADOW, "-draw", f"ellipse {MID},712 95,14 0,360"]
