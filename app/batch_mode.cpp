@@ -31,9 +31,9 @@ QMessageBox::StandardButton default_button(QMessageBox::StandardButtons buttons)
     return QMessageBox::NoButton;
 }
 
-// What happens between a user's actions: window events handled, the idle queue run empty, and
-// again for whatever that queued.
-void settle(picker_embedded_host& host) {
+} // namespace
+
+void settle_host(picker_embedded_host& host) {
     for (;;) {
         QCoreApplication::processEvents();
         if (host.pendingIdleCount() == 0)
@@ -41,8 +41,6 @@ void settle(picker_embedded_host& host) {
         host.processIdle();
     }
 }
-
-} // namespace
 
 void answer_prompts_unattended() {
     picker_set_message_hook([](const picker_message& message) {
@@ -68,7 +66,7 @@ int run_batch(picker_embedded_host& host, const QStringList& statements) {
         if (status && !result.items.join(QString()).isEmpty()) {
             std::printf("// Result: %s //\n", qPrintable(result.items.join(QLatin1Char(' '))));
         }
-        settle(host);
+        settle_host(host);
         const QStringList log = host.scriptLog();
         bool failed = !status;
         for (; printed < log.size(); ++printed) {

@@ -5,6 +5,10 @@
 
 class picker_embedded_host;
 
+// What happens between a user's actions: window events handled (the picker's scene write waits
+// on a zero timer) and the host's idle queue run empty, until neither has anything left.
+void settle_host(picker_embedded_host& host);
+
 // Nobody is at the screen: every question takes its default answer, and says so on stderr.
 void answer_prompts_unattended();
 

@@ -1,12 +1,12 @@
 #include "host_main_window.h"
 
+#include "batch_mode.h"
 #include "picker_embedded_host.h"
 #include "picker_mel_quote.h"
 #include "picker_prompt.h"
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -226,17 +226,11 @@ void host_main_window::open_scene_file(const QString& path) {
         remember_scene(path);
 }
 
-// The picker writes the scene entry once the current event is handled, and the host runs it
-// when idle: both come before a save, as they would before the user's next action in a session.
-void host_main_window::settle_host() {
-    QCoreApplication::processEvents();
-    host_.processIdle();
-}
-
 bool host_main_window::save_scene() {
     if (host_.scenePath().isEmpty())
         return save_scene_as();
-    settle_host();
+    // The picker's pending scene write comes before a save, as before the user's next action.
+    settle_host(host_);
     if (!run(QStringLiteral("file -save")))
         return false;
     remember_scene(host_.scenePath());
@@ -250,7 +244,7 @@ bool host_main_window::save_scene_as() {
         return false;
     if (QFileInfo(path).suffix().isEmpty())
         path += QLatin1String(".ma");
-    settle_host();
+    settle_host(host_);
     if (!run(QStringLiteral("file -rename ") + picker_mel_quote(path)) ||
         !run(QStringLiteral("file -save")))
         return false;

@@ -41,7 +41,6 @@ private:
     void new_scene();
     void open_scene();
     void open_scene_file(const QString& path);
-    void settle_host();
     bool save_scene();
     bool save_scene_as();
     void reference_rig();

@@ -162,7 +162,7 @@ int run_interactive(const program_arguments& arguments, int argc, char* argv[]) 
     // Each file that does not open says why in the log; the window comes up all the same.
     for (const QString& statement : opening_statements(arguments)) {
         const host_status status = host.executeCommand(statement);
-        host.processIdle();
+        settle_host(host);
         if (!status && statement == QLatin1String("TalvoraPicker")) {
             print_error(status.errorString());
             exitCode = 1;
