@@ -25,12 +25,9 @@ void buttonRecord::moveTo(const QPoint& p) {
     bounds.moveCenter(p);
 }
 
-const QVector<int>& buttonRecord::node_ids() {
-    if (!att.sel.isSharedWith(idsOf_)) {
-        ids_ = intern_node_names(att.sel);
-        idsOf_ = att.sel;
-    }
-    return ids_;
+void buttonRecord::take_node_ids() {
+    ids_ = intern_node_names(att.sel);
+    idsOf_ = att.sel;
 }
 
 bool buttonRecord::select(bool all) {

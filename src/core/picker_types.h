@@ -47,7 +47,11 @@ struct buttonRecord {
     void moveTo(const QPoint& p);
     // The interned ids of att.sel, taken again once att.sel is no longer the list they were taken
     // from: any change to the names detaches it from the copy kept here.
-    const QVector<int>& node_ids();
+    const QVector<int>& node_ids() {
+        if (!att.sel.isSharedWith(idsOf_))
+            take_node_ids();
+        return ids_;
+    }
 
     // With all set, only the flags change (the host told us); otherwise each name that changes
     // state is handed to the selection mirror. True when the mirror was told anything.
@@ -55,6 +59,8 @@ struct buttonRecord {
     bool unselect(bool all);
 
 private:
+    void take_node_ids();
+
     QStringList idsOf_;
     QVector<int> ids_;
 };

@@ -289,26 +289,32 @@ bool picker_view::conform_to_set(const button_set& names) {
 
 bool picker_view::conform_to_set(const name_lookup& names) {
     bool changed = false;
-    // Each button's flags live in a block of their own; fetching them a few buttons ahead keeps
-    // a large picker from waiting on memory at every button.
-    constexpr int ahead = 8;
+    // Each button's ids and flags live in blocks of their own; fetching them some buttons ahead
+    // keeps a large picker from waiting on memory at every button.
+    constexpr int ahead = 16;
     const qsizetype count = blist_.size();
+    buttonRecord* const records = blist_.data();
     for (qsizetype b = 0; b < count; ++b) {
-        if (b + ahead < count)
-            prefetch(blist_.at(b + ahead).which.constData());
-        buttonRecord& button = blist_[b];
-        const QVector<int>& sel = button.node_ids();
-        button.which.resize(sel.size());
-        int hits = 0;
-        for (int i = 0; i < sel.size(); ++i) {
-            const bool held = names.contains(sel.at(i));
-            button.which[i] = held ? 1 : 0;
-            if (held)
-                ++hits;
+        if (b + ahead < count) {
+            prefetch(records[b + ahead].which.constData());
+            prefetch(records[b + ahead].node_ids().constData());
         }
-        const qint16 lit = hits == sel.size() ? buttonRecord::All
-                           : hits < 1         ? buttonRecord::None
-                                              : buttonRecord::Some;
+        buttonRecord& button = records[b];
+        const QVector<int>& sel = button.node_ids();
+        const qsizetype size = sel.size();
+        if (button.which.size() != size)
+            button.which.resize(size);
+        char* const flags = button.which.data();
+        const int* const ids = sel.constData();
+        int hits = 0;
+        for (qsizetype i = 0; i < size; ++i) {
+            const char held = names.contains(ids[i]) ? 1 : 0;
+            flags[i] = held;
+            hits += held;
+        }
+        const qint16 lit = hits == size ? buttonRecord::All
+                           : hits < 1   ? buttonRecord::None
+                                        : buttonRecord::Some;
         if (lit != button.selected) {
             button.selected = lit;
             changed = true;
