@@ -190,6 +190,9 @@ private:
     void draw_one_button(QPainter& p, const buttonRecord& b, int outline) const;
     void draw_command_button(QPainter& p, const buttonRecord& b) const;
     void draw_label(QPainter& p, const buttonRecord& b, const QPointF& center) const;
+    // Where the label lands, centred on a widget point; null without a label.
+    QRectF label_target(const buttonRecord& b, const QPointF& center) const;
+    static bool label_cut_out(const buttonRecord& b);
     void nudge_buttons(int dx, int dy);
     // Context menu, actions, shortcuts, cursors and pointer tracking.
     void build_input();

@@ -87,41 +87,116 @@ void draw_look(QPainter& p, const QRectF& r, const button_look& look) {
     p.drawRoundedRect(r, k, k, Qt::AbsoluteSize);
 }
 
-// Drawing the same shape again and again is most of a repaint, so each look is drawn once into
-// an image, with a pixel of margin for the outline, and copied from then on. The images are
-// shared by every view and dropped together when they outgrow the budget.
-class look_cache {
+// A button as it lands on the canvas, short of a label that is cut out of it: its look, and
+// its label drawn over it. Positions are relative to the image it is drawn into, whose top-left
+// pixel is the first one either of them touches, with a pixel of margin for the outline.
+struct button_face {
+    button_look look;
+    QRect box;
+    QRectF text; // null without a label
+    QString labelText;
+    QRgb labelColor = 0;
+
+    QSize imageSize() const {
+        QRect area = box.adjusted(-1, -1, 1, 1);
+        if (!text.isNull())
+            area |= text.toAlignedRect();
+        return QSize(area.right() + 1, area.bottom() + 1);
+    }
+    // Labels are told apart by their text and colour, so buttons with the same label share a
+    // face whatever pixmap each holds.
+    bool operator==(const button_face& other) const {
+        return look.key() == other.look.key() && box == other.box && text == other.text &&
+               labelText == other.labelText && labelColor == other.labelColor;
+    }
+    quint64 key() const {
+        quint64 k = look.key();
+        const auto mix = [&k](quint64 v) { k = (k ^ v) * 0x9E3779B97F4A7C15ull; };
+        mix(quint64(quint32(box.x())) | quint64(quint32(box.y())) << 32);
+        mix(quint64(quint32(qRound(text.x() * 2))) | quint64(quint32(qRound(text.y() * 2))) << 32);
+        mix(quint64(quint32(qRound(text.width() * 2))) | quint64(quint32(qRound(text.height() * 2)))
+                                                             << 32);
+        mix(quint64(qHash(labelText)) | quint64(labelColor) << 32);
+        return k;
+    }
+    void draw(QPainter& p, const QPixmap& label) const {
+        draw_look(p, QRectF(box), look);
+        if (!text.isNull())
+            p.drawPixmap(text, label, QRectF(QPointF(0, 0), QSizeF(label.size())));
+    }
+};
+
+// Drawing the same faces again and again is most of a repaint, so each is drawn once into an
+// image and copied from then on. The images are shared by every view. Past the budget, faces
+// no paint has used since the last one went make room; when a single paint needs more than the
+// budget, the rest of its faces are drawn directly rather than churning the cache.
+class face_cache {
 public:
-    // Larger looks are rare and would crowd the others out: they are drawn each time.
+    // Larger faces are rare and would crowd the others out: they are drawn each time.
     static constexpr int largest_side = 512;
 
-    const QImage& image(const button_look& look) {
-        const quint64 key = look.key();
-        const auto found = images_.constFind(key);
-        if (found != images_.constEnd())
-            return *found;
-        QImage image(look.size + QSize(2, 2), QImage::Format_ARGB32_Premultiplied);
+    void beginPaint() {
+        ++paint_;
+        swept_ = false;
+    }
+
+    // Null when the face is not to be cached. label is the image of the face's label text.
+    const QImage* image(const button_face& face, const QPixmap& label) {
+        const quint64 key = face.key();
+        const auto found = entries_.find(key);
+        if (found != entries_.end()) {
+            if (found->face == face) {
+                found->paint = paint_;
+                return &found->image;
+            }
+            bytes_ -= found->image.sizeInBytes();
+            entries_.erase(found);
+        }
+        const QSize size = face.imageSize();
+        const qint64 bytes = qint64(size.width()) * size.height() * 4;
+        if (bytes_ + bytes > budget && !make_room(bytes))
+            return nullptr;
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing, true);
-        draw_look(painter, QRectF(QPointF(1, 1), QSizeF(look.size)), look);
+        face.draw(painter, label);
         painter.end();
         bytes_ += image.sizeInBytes();
-        if (bytes_ > budget) {
-            images_.clear();
-            bytes_ = image.sizeInBytes();
-        }
-        return *images_.insert(key, image);
+        return &entries_.insert(key, entry{face, std::move(image), paint_})->image;
     }
 
 private:
+    struct entry {
+        button_face face;
+        QImage image;
+        quint64 paint;
+    };
+
+    bool make_room(qint64 bytes) {
+        if (!swept_) {
+            swept_ = true;
+            for (auto it = entries_.begin(); it != entries_.end();) {
+                if (it->paint == paint_) {
+                    ++it;
+                    continue;
+                }
+                bytes_ -= it->image.sizeInBytes();
+                it = entries_.erase(it);
+            }
+        }
+        return bytes_ + bytes <= budget;
+    }
+
     static constexpr qint64 budget = 32 * 1024 * 1024;
-    QHash<quint64, QImage> images_;
+    QHash<quint64, entry> entries_;
     qint64 bytes_ = 0;
+    quint64 paint_ = 0;
+    bool swept_ = false;
 };
 
-look_cache& looks() {
-    static look_cache cache;
+face_cache& faces() {
+    static face_cache cache;
     return cache;
 }
 
@@ -132,13 +207,29 @@ bool copies_exact(const QPainter& p) {
            t.dy() == std::floor(t.dy());
 }
 
-void draw_cached(QPainter& p, const QRect& box, const button_look& look) {
-    if (!copies_exact(p) || box.width() > look_cache::largest_side ||
-        box.height() > look_cache::largest_side) {
-        draw_look(p, QRectF(box), look);
-        return;
+// label is null, or the target of a label drawn in the current composition mode.
+void draw_face(QPainter& p, const QRect& box, const button_look& look, const buttonRecord& b,
+               const QRectF& label) {
+    QRect area = box.adjusted(-1, -1, 1, 1);
+    if (!label.isNull())
+        area |= label.toAlignedRect();
+    if (copies_exact(p) && area.width() <= face_cache::largest_side &&
+        area.height() <= face_cache::largest_side) {
+        const QPointF origin(area.topLeft());
+        button_face face{look, box.translated(-area.topLeft()), QRectF(), QString(), 0};
+        if (!label.isNull()) {
+            face.text = label.translated(-origin);
+            face.labelText = b.att.label;
+            face.labelColor = b.att.tcolor;
+        }
+        if (const QImage* image = faces().image(face, b.img)) {
+            p.drawImage(area.topLeft(), *image);
+            return;
+        }
     }
-    p.drawImage(box.topLeft() - QPoint(1, 1), looks().image(look));
+    draw_look(p, QRectF(box), look);
+    if (!label.isNull())
+        p.drawPixmap(label, b.img, QRectF(QPointF(0, 0), QSizeF(b.img.size())));
 }
 
 } // namespace
@@ -151,6 +242,7 @@ void picker_view::paintEvent(QPaintEvent* e) {
 }
 
 void picker_view::paint(QPainter& p, const QRect& area, bool overlays) {
+    faces().beginPaint();
     p.setRenderHint(QPainter::Antialiasing, true);
     p.fillRect(area, QBrush(QColor(51, 51, 51, 255)));
     if (!back_.isNull())
@@ -184,36 +276,52 @@ void picker_view::draw_one_button(QPainter& p, const buttonRecord& b, int outlin
     else if (b.selected != buttonRecord::None)
         fill = qRgb(128, 128, 128);
     const QRect box = mapToScreen(b.bounds);
+    const QPointF center = QRectF(box).center();
+    // A label cut out of the button must meet the canvas as it stands, so it is drawn apart.
+    const bool apart = b.att.sel.size() < 2 || label_cut_out(b);
     if (b.att.sel.size() > 1) {
         const auto shape = b.img.isNull() ? button_look::ellipse : button_look::rounded;
-        draw_cached(p, box, {shape, outline, fill, box.size()});
+        draw_face(p, box, {shape, outline, fill, box.size()}, b,
+                  apart ? QRectF() : label_target(b, center));
     } else {
         p.fillRect(QRectF(box), QColor::fromRgb(fill));
     }
-    draw_label(p, b, QRectF(box).center());
+    if (apart)
+        draw_label(p, b, center);
 }
 
 void picker_view::draw_command_button(QPainter& p, const buttonRecord& b) const {
     const QRect box = mapToScreen(b.bounds);
-    draw_cached(p, box, {button_look::command, lit_state(b), b.att.color, box.size()});
-    draw_label(p, b, QRectF(box).center());
+    draw_face(p, box, {button_look::command, lit_state(b), b.att.color, box.size()}, b,
+              label_target(b, QRectF(box).center()));
+}
+
+QRectF picker_view::label_target(const buttonRecord& b, const QPointF& center) const {
+    if (b.img.isNull())
+        return QRectF();
+    QRectF target(0, 0, round_fn(b.img.width() * zoom_), round_fn(b.img.height() * zoom_));
+    target.moveCenter(QPointF(round_fn(center.x()), round_fn(center.y())));
+    return target;
+}
+
+// A light label on a lit selection button is cut out of it rather than drawn light on light.
+bool picker_view::label_cut_out(const buttonRecord& b) {
+    return b.att.type == buttonAttributes::Selection && b.selected == buttonRecord::All &&
+           (b.att.tcolor & 0x808080u) != 0 && !b.img.isNull();
 }
 
 void picker_view::draw_label(QPainter& p, const buttonRecord& b, const QPointF& center) const {
     if (b.img.isNull())
         return;
     const QRectF source(QPointF(0, 0), QSizeF(b.img.size()));
-    QRectF target(0, 0, round_fn(b.img.width() * zoom_), round_fn(b.img.height() * zoom_));
-    target.moveCenter(QPointF(round_fn(center.x()), round_fn(center.y())));
-    // A light label on a lit selection button is cut out of it rather than drawn light on light.
-    if (b.att.type == buttonAttributes::Selection && b.selected == buttonRecord::All &&
-        (b.att.tcolor & 0x808080u) != 0) {
-        p.setCompositionMode(QPainter::CompositionMode_Xor);
+    const QRectF target = label_target(b, center);
+    if (!label_cut_out(b)) {
         p.drawPixmap(target, b.img, source);
-        p.setCompositionMode(QPainter::CompositionMode_SourceOver);
         return;
     }
+    p.setCompositionMode(QPainter::CompositionMode_Xor);
     p.drawPixmap(target, b.img, source);
+    p.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
 void picker_view::make_button_label(const buttonAttributes& att, buttonRecord* rec) {
