@@ -70,6 +70,8 @@ private slots:
     void repaint_shows_a_changed_look();
     void light_label_is_cut_out_of_a_lit_button_data();
     void light_label_is_cut_out_of_a_lit_button();
+    void repaint_shows_a_changed_label_data();
+    void repaint_shows_a_changed_label();
     void only_buttons_meeting_the_area_are_drawn();
     void background_scales_with_the_view();
     void marquee();
@@ -258,6 +260,51 @@ void tst_picker_view_paint::light_label_is_cut_out_of_a_lit_button() {
     const QImage image = render(view);
 
     QCOMPARE(any_transparent(image, view.mapToScreen(view.buttons()->at(0).bounds)), cutOut);
+}
+
+void tst_picker_view_paint::repaint_shows_a_changed_label_data() {
+    QTest::addColumn<int>("type");
+    QTest::newRow("rounded selection button") << int(buttonAttributes::Selection);
+    QTest::newRow("command button") << int(buttonAttributes::Command);
+}
+
+// Two buttons with the same label share what is drawn of it; a changed label colour or text
+// must not show the old one.
+void tst_picker_view_paint::repaint_shows_a_changed_label() {
+    QFETCH(int, type);
+    const auto holds = [](const QImage& image, const QRect& area, QRgb colour) {
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x) {
+                if (image.pixel(x, y) == colour)
+                    return true;
+            }
+        }
+        return false;
+    };
+    picker_view view;
+    view.resize(200, 100);
+    buttonAttributes att = button_at(QPoint(50, 50), 2, type);
+    att.size = 30;
+    att.label = QStringLiteral("WWW");
+    att.tcolor = 0xFF00FF00;
+    view.push_button(att, -1);
+    att.pos = QPoint(150, 50);
+    view.push_button(att, -1);
+    const QRect first = view.mapToScreen(view.buttons()->at(0).bounds);
+    const QRect second = view.mapToScreen(view.buttons()->at(1).bounds);
+    QImage image = render(view);
+    QVERIFY(holds(image, first, 0xFF00FF00) && holds(image, second, 0xFF00FF00));
+
+    buttonRecord& button = (*view.buttons())[1];
+    button.att.tcolor = 0xFF0000FF;
+    view.update_label(&button);
+    image = render(view);
+    QVERIFY(holds(image, first, 0xFF00FF00));
+    QVERIFY(holds(image, second, 0xFF0000FF) && !holds(image, second, 0xFF00FF00));
+
+    button.att.label.clear();
+    view.update_label(&button);
+    QVERIFY(!holds(render(view), second, 0xFF0000FF));
 }
 
 void tst_picker_view_paint::only_buttons_meeting_the_area_are_drawn() {
