@@ -292,14 +292,13 @@ bool picker_view::conform_to_set(const name_lookup& names) {
     // Each button's ids and flags live in blocks of their own; fetching them some buttons ahead
     // keeps a large picker from waiting on memory at every button.
     constexpr int ahead = 16;
-    const qsizetype count = blist_.size();
-    buttonRecord* const records = blist_.data();
-    for (qsizetype b = 0; b < count; ++b) {
-        if (b + ahead < count) {
-            prefetch(records[b + ahead].which.constData());
-            prefetch(records[b + ahead].node_ids().constData());
+    const auto end = blist_.end();
+    for (auto it = blist_.begin(); it != end; ++it) {
+        if (end - it > ahead) {
+            prefetch((it + ahead)->which.constData());
+            prefetch((it + ahead)->node_ids().constData());
         }
-        buttonRecord& button = records[b];
+        buttonRecord& button = *it;
         const QVector<int>& sel = button.node_ids();
         const qsizetype size = sel.size();
         if (button.which.size() != size)
