@@ -87,6 +87,12 @@ void draw_look(QPainter& p, const QRectF& r, const button_look& look) {
     p.drawRoundedRect(r, k, k, Qt::AbsoluteSize);
 }
 
+// Every pixel a button's look (with a pixel of margin for the outline) and label touch.
+QRect face_area(const QRect& box, const QRectF& label) {
+    const QRect area = box.adjusted(-1, -1, 1, 1);
+    return label.isNull() ? area : area | label.toAlignedRect();
+}
+
 // A button as it lands on the canvas, short of a label that is cut out of it: its look, and
 // its label drawn over it. Positions are relative to the image it is drawn into, whose top-left
 // pixel is the first one either of them touches, with a pixel of margin for the outline.
@@ -98,9 +104,7 @@ struct button_face {
     QRgb labelColor = 0;
 
     QSize imageSize() const {
-        QRect area = box.adjusted(-1, -1, 1, 1);
-        if (!text.isNull())
-            area |= text.toAlignedRect();
+        const QRect area = face_area(box, text);
         return QSize(area.right() + 1, area.bottom() + 1);
     }
     // Labels are told apart by their text and colour, so buttons with the same label share a
@@ -210,9 +214,7 @@ bool copies_exact(const QPainter& p) {
 // label is null, or the target of a label drawn in the current composition mode.
 void draw_face(QPainter& p, const QRect& box, const button_look& look, const buttonRecord& b,
                const QRectF& label) {
-    QRect area = box.adjusted(-1, -1, 1, 1);
-    if (!label.isNull())
-        area |= label.toAlignedRect();
+    const QRect area = face_area(box, label);
     if (copies_exact(p) && area.width() <= face_cache::largest_side &&
         area.height() <= face_cache::largest_side) {
         const QPointF origin(area.topLeft());

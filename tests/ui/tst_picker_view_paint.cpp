@@ -44,14 +44,23 @@ QColor at(const QImage& image, int x, int y) {
     return image.pixelColor(x, y);
 }
 
-bool any_transparent(const QImage& image, const QRect& area) {
+template <typename Test>
+bool any_pixel(const QImage& image, const QRect& area, Test test) {
     for (int y = area.top(); y <= area.bottom(); ++y) {
         for (int x = area.left(); x <= area.right(); ++x) {
-            if (qAlpha(image.pixel(x, y)) == 0)
+            if (test(image.pixel(x, y)))
                 return true;
         }
     }
     return false;
+}
+
+bool any_transparent(const QImage& image, const QRect& area) {
+    return any_pixel(image, area, [](QRgb pixel) { return qAlpha(pixel) == 0; });
+}
+
+bool holds(const QImage& image, const QRect& area, QRgb colour) {
+    return any_pixel(image, area, [colour](QRgb pixel) { return pixel == colour; });
 }
 
 } // namespace
@@ -272,15 +281,6 @@ void tst_picker_view_paint::repaint_shows_a_changed_label_data() {
 // must not show the old one.
 void tst_picker_view_paint::repaint_shows_a_changed_label() {
     QFETCH(int, type);
-    const auto holds = [](const QImage& image, const QRect& area, QRgb colour) {
-        for (int y = area.top(); y <= area.bottom(); ++y) {
-            for (int x = area.left(); x <= area.right(); ++x) {
-                if (image.pixel(x, y) == colour)
-                    return true;
-            }
-        }
-        return false;
-    };
     picker_view view;
     view.resize(200, 100);
     buttonAttributes att = button_at(QPoint(50, 50), 2, type);
