@@ -20,11 +20,6 @@ bool buttonAttributes::operator==(const buttonAttributes& other) const {
            sel == other.sel;
 }
 
-void buttonRecord::moveTo(const QPoint& p) {
-    att.pos = p;
-    bounds.moveCenter(p);
-}
-
 void buttonRecord::take_node_ids() {
     ids_ = intern_node_names(att.sel);
     idsOf_ = att.sel;

@@ -44,7 +44,10 @@ struct buttonRecord {
     qint16 selected = None;
     sel_list which;
 
-    void moveTo(const QPoint& p);
+    void moveTo(const QPoint& p) {
+        att.pos = p;
+        bounds.moveCenter(p);
+    }
     // The interned ids of att.sel, taken again once att.sel is no longer the list they were taken
     // from: any change to the names detaches it from the copy kept here.
     const QVector<int>& node_ids() {

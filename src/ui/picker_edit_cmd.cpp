@@ -8,16 +8,25 @@
 
 namespace {
 
-// Walks the list upward and takes, for each lit button, its index and field(att).
+// Walks the list upward and takes, for each lit button, its index and field(att). Held keys
+// push a command per repeat over thousands of buttons, so the scan writes indices in place.
 template <typename Saved, typename Field>
 void capture_selected(picker_view* view, index_list& sel, Saved& saved, Field field) {
     const button_list& buttons = *view->buttons();
-    for (int i = 0; i < buttons.size(); ++i) {
-        if (buttons.at(i).selected != buttonRecord::None) {
-            sel.append(i);
-            saved.append(field(buttons.at(i).att));
-        }
+    const int count = static_cast<int>(buttons.size());
+    sel.resize(count);
+    int* out = sel.data();
+    int taken = 0;
+    auto button = buttons.cbegin();
+    for (int i = 0; i < count; ++i, ++button) {
+        if (button->selected != buttonRecord::None)
+            out[taken++] = i;
     }
+    sel.resize(taken);
+    sel.squeeze();
+    saved.reserve(taken);
+    for (const int index : std::as_const(sel))
+        saved.append(field(buttons.at(index).att));
 }
 
 void save_selected_buttons(picker_view* view, index_list& sel, button_att_list& saved) {
@@ -38,9 +47,9 @@ void for_each_in_range(picker_view* view, const index_list& sel, Apply apply) {
 // As for_each_in_range, trusting the replay order to keep every index valid.
 template <typename Apply>
 void for_each_captured(picker_view* view, const index_list& sel, Apply apply) {
-    button_list& buttons = *view->buttons();
+    const auto first = view->buttons()->begin();
     for (int i = 0; i < sel.size(); ++i)
-        apply(&buttons[sel.at(i)], i);
+        apply(&first[sel.at(i)], i);
 }
 
 // Repaint, mark modified, and let the toolbox show the selection's new state.
@@ -220,7 +229,7 @@ void change_color_cmd::undo() {
     if (sel_.isEmpty())
         return;
     for_each_in_range(view_, sel_,
-                      [this](buttonRecord* rec, int i) { rec->att.color = saved_[i]; });
+                      [this](buttonRecord* rec, int i) { rec->att.color = saved_.at(i); });
     refresh_changed_toolbox(view_);
 }
 
@@ -249,7 +258,7 @@ void change_labelc_cmd::undo() {
         return;
     // The text colour is baked into the label image.
     for_each_in_range(view_, sel_, [this](buttonRecord* rec, int i) {
-        rec->att.tcolor = saved_[i];
+        rec->att.tcolor = saved_.at(i);
         view_->update_label(rec);
     });
     refresh_changed_toolbox(view_);
@@ -281,8 +290,9 @@ change_size_cmd::change_size_cmd(picker_view* view, int size)
 void change_size_cmd::undo() {
     if (sel_.isEmpty())
         return;
-    for_each_in_range(view_, sel_,
-                      [this](buttonRecord* rec, int i) { view_->set_button_size(rec, saved_[i]); });
+    for_each_in_range(view_, sel_, [this](buttonRecord* rec, int i) {
+        view_->set_button_size(rec, saved_.at(i));
+    });
     refresh_changed_toolbox(view_);
 }
 
@@ -310,8 +320,9 @@ adjust_size_cmd::adjust_size_cmd(picker_view* view, int inc)
 void adjust_size_cmd::undo() {
     if (sel_.isEmpty())
         return;
-    for_each_in_range(view_, sel_,
-                      [this](buttonRecord* rec, int i) { view_->set_button_size(rec, saved_[i]); });
+    for_each_in_range(view_, sel_, [this](buttonRecord* rec, int i) {
+        view_->set_button_size(rec, saved_.at(i));
+    });
     refresh_changed_toolbox(view_);
 }
 
@@ -341,8 +352,9 @@ change_label_cmd::change_label_cmd(picker_view* view, const QString& label)
 void change_label_cmd::undo() {
     if (sel_.isEmpty())
         return;
-    for_each_captured(
-        view_, sel_, [this](buttonRecord* rec, int i) { view_->set_button_label(rec, saved_[i]); });
+    for_each_captured(view_, sel_, [this](buttonRecord* rec, int i) {
+        view_->set_button_label(rec, saved_.at(i));
+    });
     refresh_changed_toolbox(view_);
 }
 
@@ -390,7 +402,7 @@ nudge_buttons_cmd::nudge_buttons_cmd(picker_view* view, const QPoint& delta)
 void nudge_buttons_cmd::undo() {
     if (sel_.isEmpty())
         return;
-    for_each_captured(view_, sel_, [this](buttonRecord* rec, int i) { rec->moveTo(saved_[i]); });
+    for_each_captured(view_, sel_, [this](buttonRecord* rec, int i) { rec->moveTo(saved_.at(i)); });
     refresh_changed(view_);
 }
 
@@ -398,7 +410,7 @@ void nudge_buttons_cmd::redo() {
     if (sel_.isEmpty())
         return;
     for_each_captured(view_, sel_,
-                      [this](buttonRecord* rec, int i) { rec->moveTo(saved_[i] + delta_); });
+                      [this](buttonRecord* rec, int i) { rec->moveTo(saved_.at(i) + delta_); });
     refresh_changed(view_);
 }
 
@@ -417,11 +429,12 @@ move_buttons_cmd::move_buttons_cmd(picker_view* view, const QVector<QPoint>& sta
 
 void move_buttons_cmd::redo() {
     for_each_captured(view_, ilist_,
-                      [this](buttonRecord* rec, int i) { rec->moveTo(plist_[i] + shift_); });
+                      [this](buttonRecord* rec, int i) { rec->moveTo(plist_.at(i) + shift_); });
     refresh_changed(view_);
 }
 
 void move_buttons_cmd::undo() {
-    for_each_captured(view_, ilist_, [this](buttonRecord* rec, int i) { rec->moveTo(plist_[i]); });
+    for_each_captured(view_, ilist_,
+                      [this](buttonRecord* rec, int i) { rec->moveTo(plist_.at(i)); });
     refresh_changed(view_);
 }
