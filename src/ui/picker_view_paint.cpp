@@ -157,6 +157,8 @@ public:
             entries_.erase(found);
         }
         const QSize size = face.imageSize();
+        if (size.isEmpty())
+            return nullptr; // a zero-size button without a label: nothing to draw
         const qint64 bytes = qint64(size.width()) * size.height() * 4;
         if (bytes_ + bytes > budget && !make_room(bytes))
             return nullptr;
