@@ -83,9 +83,9 @@ bool picker_window::do_save(picker_view* view, const QString& path) {
     QSaveFile file(path);
     bool saved = file.open(QIODevice::WriteOnly);
     if (saved) {
-        // QSaveFile alone can still commit after a refused write (a full disk), so the stream's
-        // own verdict decides.
-        if (writePickerFile(file, tab_record(tabs_->indexOf(view))))
+        // QSaveFile alone can still commit after a refused write (a full disk), also when the
+        // refusal comes only as its buffer is flushed: the stream's verdict and the flush decide.
+        if (writePickerFile(file, tab_record(tabs_->indexOf(view))) && file.flush())
             saved = file.commit();
         else {
             file.cancelWriting();
