@@ -218,6 +218,7 @@ private slots:
         QTest::newRow("notch in") << 1.0 << 120 << 1.0625 << QPoint(-6, -3);
         QTest::newRow("notch out") << 1.0 << -120 << 0.9375 << QPoint(7, 4);
         QTest::newRow("half notch in") << 1.0 << 60 << 1.0 << QPoint(0, 0);
+        QTest::newRow("half notch out") << 1.0 << -60 << 1.0 << QPoint(0, 0);
         QTest::newRow("at the upper limit") << 16.0 << 120 << 16.0 << QPoint(0, 0);
     }
 
