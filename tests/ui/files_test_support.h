@@ -1,6 +1,7 @@
 #pragma once
 
 #include "picker_embedded_host.h"
+#include "picker_file.h"
 #include "picker_main.h"
 #include "picker_prompt.h"
 #include "picker_view.h"
@@ -8,10 +9,10 @@
 #include "ui_test_support.h"
 
 #include <QBuffer>
-#include <QColor>
 #include <QDataStream>
+#include <QFile>
 #include <QImage>
-#include <QTabWidget>
+#include <QStandardPaths>
 
 #include <memory>
 
@@ -42,30 +43,21 @@ public:
     QList<picker_file_question> questions;
 };
 
-// Keeps every MEL text the picker queues, also the ones already run.
-class recording_host : public picker_embedded_host {
-public:
-    host_status executeCommandOnIdle(const QString& mel, bool displayEnabled = false) override {
-        issued.append(mel);
-        return picker_embedded_host::executeCommandOnIdle(mel, displayEnabled);
-    }
-    int issuedStartingWith(const QString& start) const {
-        int count = 0;
-        for (const QString& text : issued)
-            count += text.startsWith(start) ? 1 : 0;
-        return count;
-    }
-    QStringList issued;
-};
+const QString left_hand = QStringLiteral("hero:L_hand_ctrl");
+const QString right_hand = QStringLiteral("hero:R_hand_ctrl");
+const QString root = QStringLiteral("hero:root_ctrl");
 
-// The plug-in loaded into an embedded host, its dock open on a scene of rig nodes.
+// The plug-in loaded into an embedded host, its dock open on a scene of rig nodes; settings and
+// the pickers config kept away from the user's.
 class picker_session {
 public:
-    bool start(const QMap<QString, QString>& fileInfo = QMap<QString, QString>()) {
-        host = std::make_unique<recording_host>();
+    bool start() {
+        QStandardPaths::setTestModeEnabled(true);
+        qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
+        host = std::make_unique<picker_embedded_host>();
         if (!picker_main::initialize(*host, &picker_window::create))
             return false;
-        host->openScene(nodes(), fileInfo);
+        host->openScene(nodes(), {});
         if (!host->executeCommand(QStringLiteral("TalvoraPicker")))
             return false;
         host->processIdle();
@@ -80,17 +72,27 @@ public:
     }
     ~picker_session() { stop(); }
 
-    static QStringList nodes() {
-        return {QStringLiteral("persp"), QStringLiteral("hero:L_hand_ctrl"),
-                QStringLiteral("hero:root_ctrl")};
-    }
+    static QStringList nodes() { return {QStringLiteral("persp"), left_hand, right_hand, root}; }
     picker_window* window() const { return dynamic_cast<picker_window*>(picker_main::window()); }
     QTabWidget* tabs() const { return window()->findChild<QTabWidget*>(); }
     picker_view* view(int index) const { return qobject_cast<picker_view*>(tabs()->widget(index)); }
-    // The tab stream stored in the scene, decoded.
+    // Hands the tab stream to the picker as a scene's stored data is handed over.
+    bool restore(const QByteArray& tabStream) {
+        const host_status status =
+            host->executeCommand(QStringLiteral("TalvoraPicker restore \"%1\"")
+                                     .arg(QString::fromLatin1(qCompress(tabStream, 9).toBase64())));
+        host->processIdle();
+        return status.ok();
+    }
+    // The tab stream stored in the scene, raw and decoded.
     QByteArray storedTabs() const {
         return qUncompress(
             QByteArray::fromBase64(host->fileInfo(QStringLiteral("TalvoraPickerData")).toLatin1()));
+    }
+    picker_tab_set storedSet() const {
+        picker_tab_set set;
+        QDataStream in(storedTabs());
+        return readTabStream(in, set).ok() ? set : picker_tab_set{-1, -1, {}};
     }
     // Queues the change's scene write, runs it and everything it queued.
     void writeScene() {
@@ -99,25 +101,8 @@ public:
         host->processIdle();
     }
 
-    std::unique_ptr<recording_host> host;
+    std::unique_ptr<picker_embedded_host> host;
 };
-
-// A button list laid out field by field: one selection button per list of node names, at
-// (10 b, 20), size 8, with the fields the version has.
-inline void lay_buttons(QDataStream& out, qint32 version, const QList<QStringList>& buttons) {
-    out << qint32(buttons.size());
-    for (int b = 0; b < buttons.size(); ++b) {
-        out << qint32(b) << qint32(10 * b) << qint32(20) << qint32(8);
-        if (version > 1)
-            out << qint32(0) << qint32(0);
-        out << quint32(0xFFB22222);
-        if (version > 3)
-            out << quint32(0xFF000000);
-        out << QString() << qint32(buttons.at(b).size());
-        for (const QString& name : buttons.at(b))
-            out << name;
-    }
-}
 
 inline QList<qint16> lit_states(picker_view* view) {
     QList<qint16> states;
@@ -140,12 +125,14 @@ inline QRgb pixel_of(const QPixmap& pixmap, int x = 1, int y = 1) {
     return pixmap.toImage().pixel(x, y);
 }
 
-inline QString scene_text(const QByteArray& tabStream) {
-    return QString::fromLatin1(qCompress(tabStream, 9).toBase64());
+inline bool write_file(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-// One tab laid out field by field: title, (from version 2) key and, under a key, the image
-// marker and PNG file, then its buttons: one per list of names, at (10 b, 20), size 8.
+// One tab laid out field by field as version 4 has it: title, key and, under a key, the image
+// marker and PNG file, then its buttons: one selection button per list of node names, at
+// (10 b, 20), size 8.
 struct laid_tab {
     QString title;
     QString key;
@@ -153,16 +140,20 @@ struct laid_tab {
     QList<QStringList> buttons;
 };
 
-inline void lay_tab_body(QDataStream& out, qint32 version, const laid_tab& tab) {
-    out << tab.title;
-    if (version > 1) {
-        out << tab.key;
-        if (!tab.key.isEmpty()) {
-            out << qint32(tab.png.isEmpty() ? 0 : 1);
-            out.writeRawData(tab.png.constData(), static_cast<int>(tab.png.size()));
-        }
+inline void lay_tab_body(QDataStream& out, const laid_tab& tab) {
+    out << tab.title << tab.key;
+    if (!tab.key.isEmpty()) {
+        out << qint32(tab.png.isEmpty() ? 0 : 1);
+        out.writeRawData(tab.png.constData(), static_cast<int>(tab.png.size()));
     }
-    lay_buttons(out, version, tab.buttons);
+    out << qint32(tab.buttons.size());
+    for (int b = 0; b < tab.buttons.size(); ++b) {
+        out << qint32(b) << qint32(10 * b) << qint32(20) << qint32(8) << qint32(0) << qint32(0)
+            << quint32(0xFFB22222) << quint32(0xFF000000) << QString()
+            << qint32(tab.buttons.at(b).size());
+        for (const QString& name : tab.buttons.at(b))
+            out << name;
+    }
 }
 
 inline QByteArray laid_file(qint32 version, const laid_tab& tab) {
@@ -170,7 +161,7 @@ inline QByteArray laid_file(qint32 version, const laid_tab& tab) {
     QDataStream out(&bytes, QIODevice::WriteOnly);
     out.setVersion(7);
     out << version;
-    lay_tab_body(out, version, tab);
+    lay_tab_body(out, tab);
     return bytes;
 }
 
@@ -180,18 +171,7 @@ inline QByteArray laid_tabs(qint32 version, qint32 current, const QList<laid_tab
     out << version << qint32(tabs.size()) << current;
     for (int t = 0; t < tabs.size(); ++t) {
         out << qint32(t);
-        lay_tab_body(out, version, tabs.at(t));
+        lay_tab_body(out, tabs.at(t));
     }
     return bytes;
-}
-
-// The attributes laid_tab gives button b.
-inline buttonAttributes laid_button(int b, const QStringList& names) {
-    buttonAttributes att;
-    att.pos = QPoint(10 * b, 20);
-    att.size = 8;
-    att.color = 0xFFB22222;
-    att.tcolor = 0xFF000000;
-    att.sel = names;
-    return att;
 }
