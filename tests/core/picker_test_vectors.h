@@ -44,29 +44,20 @@ inline QByteArray commandRecord() {
                "00000010 007000720069006e007400280031 0029");
 }
 
-// The buttons that selectionRecord() and commandRecord() describe.
 inline buttonAttributes makeButton(QPoint pos, qint32 size, qint32 type, qint32 api, QRgb color,
                                    QRgb tcolor, const QString& label, const QStringList& sel) {
-    buttonAttributes att;
-    att.pos = pos;
-    att.size = size;
-    att.type = type;
-    att.api = api;
-    att.color = color;
-    att.tcolor = tcolor;
-    att.label = label;
-    att.sel = sel;
-    return att;
+    return {pos, size, type, api, color, tcolor, label, sel};
 }
 
+// The buttons that selectionRecord() and commandRecord() describe.
 inline buttonAttributes selectionButton() {
     return makeButton(QPoint(10, -20), 12, 0, 0, 0xFFB22222, 0xFF000000, QString(),
-                      {QStringLiteral("L_hand"), QStringLiteral("L_arm")});
+                      {text("L_hand"), text("L_arm")});
 }
 
 inline buttonAttributes commandButton() {
-    return makeButton(QPoint(100, 50), 20, 1, 1, 0xFF2222B2, 0xFFFFFFFF, QStringLiteral("Go"),
-                      {QStringLiteral("print(1)")});
+    return makeButton(QPoint(100, 50), 20, 1, 1, 0xFF2222B2, 0xFFFFFFFF, text("Go"),
+                      {text("print(1)")});
 }
 
 // View button list in the newest layout: the two records above.
@@ -97,6 +88,13 @@ inline QByteArray buttonListVersion3() {
                "00000001 00000002 0078"
                "00000001 00000007 00000008 00000009 00000000 00000001 80abcdef 00000002 0079"
                "00000002 00000002 0079 00000002 007a");
+}
+
+// The buttons that buttonListVersion3() describes.
+inline button_att_list buttonsVersion3() {
+    return {makeButton(QPoint(1, 2), 3, 1, 0, 0xFF123456, 0x00FFFFFF, QString(), {text("x")}),
+            makeButton(QPoint(7, 8), 9, 0, 1, 0x80ABCDEF, 0x00FFFFFF, text("y"),
+                       {text("y"), text("z")})};
 }
 
 // .pkr file, format 4: title "Arm", null background key (so no image), buttonListVersion4().

@@ -25,11 +25,7 @@ QList<QStringList> rows(std::initializer_list<texts> items) {
 }
 
 buttonAttributes button(qint32 type, qint32 api, texts sel) {
-    buttonAttributes att;
-    att.type = type;
-    att.api = api;
-    att.sel = list(sel);
-    return att;
+    return {QPoint(), 0, type, api, 0, 0, QString(), list(sel)};
 }
 
 buttonAttributes names(texts sel) {
@@ -38,10 +34,6 @@ buttonAttributes names(texts sel) {
 
 buttonAttributes mel(const char* script) {
     return button(buttonAttributes::Command, buttonAttributes::Mel, {script});
-}
-
-buttonAttributes python(const char* script) {
-    return button(buttonAttributes::Command, buttonAttributes::Python, {script});
 }
 
 QList<QStringList> sels(const button_att_list& buttons) {
@@ -57,163 +49,114 @@ class tst_picker_namespace : public QObject {
     Q_OBJECT
 
 private slots:
-    void bindThroughTheDialog_data();
-    void bindThroughTheDialog();
-    void rewrite_data();
-    void rewrite();
-};
+    // The whole round: collect the used namespaces, decide whether "bind" asks, preselect the
+    // dialog's combos, take the user's final choices, and rewrite the buttons.
+    void bindThroughTheDialog_data() {
+        QTest::addColumn<button_att_list>("buttons");
+        QTest::addColumn<QStringList>("available");
+        QTest::addColumn<QStringList>("used");
+        QTest::addColumn<bool>("bindAsks");
+        QTest::addColumn<QStringList>("preselected");
+        QTest::addColumn<QStringList>("chosen"); // empty: the preselection is accepted
+        QTest::addColumn<QList<QStringList>>("rebound");
 
-// The whole round: collect the used namespaces, decide whether "bind" asks, preselect the
-// dialog's combos, take the user's final choices, and rewrite the buttons.
-void tst_picker_namespace::bindThroughTheDialog_data() {
-    QTest::addColumn<button_att_list>("buttons");
-    QTest::addColumn<QStringList>("available");
-    QTest::addColumn<QStringList>("used");
-    QTest::addColumn<bool>("bindAsks");
-    QTest::addColumn<QStringList>("preselected");
-    QTest::addColumn<QStringList>("chosen"); // empty: the preselection is accepted
-    QTest::addColumn<QList<QStringList>>("rebound");
-
-    const QStringList none;
-    QTest::newRow("no namespace: nothing used, bind stays quiet")
-        << button_att_list{names({"ctrl", "arm"})} << list({"rig"}) << none << false << none << none
-        << rows({{"ctrl", "arm"}});
-    QTest::newRow("a:b:ctrl gives a:b and a, sorted without case")
-        << button_att_list{names({"B:x", "a:b:ctrl"})} << none << list({"a", "a:b", "B"}) << true
-        << list({"a", "a:b", "B"}) << none << rows({{"B:x", "a:b:ctrl"}});
-    QTest::newRow("every used namespace in the scene: bind stays quiet")
-        << button_att_list{names({"rig:a", "rig:sub:b"})} << list({"rig", "rig:sub"})
-        << list({"rig", "rig:sub"}) << false << list({"rig", "rig:sub"}) << none
-        << rows({{"rig:a", "rig:sub:b"}});
-    QTest::newRow("colon inside brackets ignored")
-        << button_att_list{names({"ns:obj.vtx[3:5]"})} << list({"ns"}) << list({"ns"}) << false
-        << list({"ns"}) << list({"other"}) << rows({{"other:obj.vtx[3:5]"}});
-    QTest::newRow("quoted name in a script, unquoted one ignored")
-        << button_att_list{mel("select -r \"ns:ctrl\" other:ctrl;")} << none << list({"ns"}) << true
-        << list({"ns"}) << list({"n2"}) << rows({{"select -r \"n2:ctrl\" other:ctrl;"}});
-    QTest::newRow("quoted name after // ignored until the line ends")
-        << button_att_list{mel("select -cl; // \"hide:a\"\nselect \"show:b\";")} << none
-        << list({"show"}) << true << list({"show"}) << none
-        << rows({{"select -cl; // \"hide:a\"\nselect \"show:b\";"}});
-    QTest::newRow("quoted name after # ignored, in MEL too")
-        << button_att_list{python("cmds.select('x') # 'hide:a'"), mel("# \"hide:b\"\r'c:d'")}
-        << none << list({"c"}) << true << list({"c"}) << none
-        << rows({{"cmds.select('x') # 'hide:a'"}, {"# \"hide:b\"\r'c:d'"}});
-    QTest::newRow("script takes the deepest namespace and skips brackets")
-        << button_att_list{mel("select \"a:b:c\" \"ns:obj.vtx[3:5]\";")} << none
-        << list({"a:b", "ns"}) << true << list({"a:b", "ns"}) << none
-        << rows({{"select \"a:b:c\" \"ns:obj.vtx[3:5]\";"}});
-    QTest::newRow("unterminated literal, two-element command: nothing used")
-        << button_att_list{mel("select \"a:b"),
-                           button(buttonAttributes::Command, buttonAttributes::Mel,
-                                  {"select \"c:d\";", "x"})}
-        << none << none << false << none << none
-        << rows({{"select \"a:b"}, {"select \"c:d\";", "x"}});
-    QTest::newRow("char1 finds shot3:char1")
-        << button_att_list{names({"char1:arm"})} << list({"shot3", "shot3:char1"})
-        << list({"char1"}) << true << list({"shot3:char1"}) << none << rows({{"shot3:char1:arm"}});
-    QTest::newRow("empty target maps to the root")
-        << button_att_list{names({"char1:arm"}), mel("select \"char1:leg\";")} << list({"shot3"})
-        << list({"char1"}) << true << list({"char1"}) << list({""})
-        << rows({{"arm"}, {"select \"leg\";"}});
-    QTest::newRow("target with its colon")
-        << button_att_list{names({"old:x"})} << none << list({"old"}) << true << list({"old"})
-        << list({"new:"}) << rows({{"new:x"}});
-    QTest::newRow("later from entry wins")
-        << button_att_list{names({"a:b:ctrl", "a:x"})} << none << list({"a", "a:b"}) << true
-        << list({"a", "a:b"}) << list({"n", "m"}) << rows({{"m:ctrl", "n:x"}});
-    QTest::newRow("char1: leaves char10: alone")
-        << button_att_list{names({"char1:arm", "char10:leg"})} << none << list({"char1", "char10"})
-        << true << list({"char1", "char10"}) << list({"c2", "char10"})
-        << rows({{"c2:arm", "char10:leg"}});
-    QTest::newRow("script rewritten in quotes and comments alike")
-        << button_att_list{mel("print \"old:x\"; // old:y")} << none << list({"old"}) << true
-        << list({"old"}) << list({"new"}) << rows({{"print \"new:x\"; // new:y"}});
-    QTest::newRow("blank-before-name quirk: second name's namespace matches nothing")
-        << button_att_list{mel("select \"a:x b:y\";")} << list({"a", "b"}) << list({" b", "a"})
-        << true << list({" b", "a"}) << list({"c", "a"}) << rows({{"select \"a:x b:y\";"}});
-}
-
-void tst_picker_namespace::bindThroughTheDialog() {
-    QFETCH(button_att_list, buttons);
-    QFETCH(QStringList, available);
-    QFETCH(QStringList, used);
-    QFETCH(bool, bindAsks);
-    QFETCH(QStringList, preselected);
-    QFETCH(QStringList, chosen);
-    QFETCH(QList<QStringList>, rebound);
-
-    QCOMPARE(collectCurrentNamespace(buttons), used);
-    QCOMPARE(rebindNeedsDialog(used, available, false), bindAsks);
-    QVERIFY(rebindNeedsDialog(used, available, true));
-
-    QStringList initial;
-    for (const QString& ns : used) {
-        const namespace_choice choice = namespaceChoice(ns, available);
-        initial.append(choice.items.value(choice.current));
-        // Whatever is preselected, every scene namespace stays on offer.
-        for (const QString& scene : available)
-            QVERIFY(choice.items.contains(scene));
+        const QStringList none;
+        QTest::newRow("a:b:ctrl gives a:b and a, sorted without case")
+            << button_att_list{names({"B:x", "a:b:ctrl"})} << none << list({"a", "a:b", "B"})
+            << true << list({"a", "a:b", "B"}) << none << rows({{"B:x", "a:b:ctrl"}});
+        QTest::newRow("colon inside brackets ignored")
+            << button_att_list{names({"ns:obj.vtx[3:5]"})} << list({"ns"}) << list({"ns"}) << false
+            << list({"ns"}) << list({"other"}) << rows({{"other:obj.vtx[3:5]"}});
+        QTest::newRow("quoted name after // ignored until the line ends")
+            << button_att_list{mel("select -cl; // \"hide:a\"\nselect \"show:b\";")} << none
+            << list({"show"}) << true << list({"show"}) << none
+            << rows({{"select -cl; // \"hide:a\"\nselect \"show:b\";"}});
+        QTest::newRow("quoted name after # ignored, in MEL too")
+            << button_att_list{button(buttonAttributes::Command, buttonAttributes::Python,
+                                      {"cmds.select('x') # 'hide:a'"}),
+                               mel("# \"hide:b\"\r'c:d'")}
+            << none << list({"c"}) << true << list({"c"}) << none
+            << rows({{"cmds.select('x') # 'hide:a'"}, {"# \"hide:b\"\r'c:d'"}});
+        QTest::newRow("char1 finds shot3:char1")
+            << button_att_list{names({"char1:arm"})} << list({"shot3", "shot3:char1"})
+            << list({"char1"}) << true << list({"shot3:char1"}) << none
+            << rows({{"shot3:char1:arm"}});
+        QTest::newRow("empty target maps to the root")
+            << button_att_list{names({"char1:arm"}), mel("select \"char1:leg\";")}
+            << list({"shot3"}) << list({"char1"}) << true << list({"char1"}) << list({""})
+            << rows({{"arm"}, {"select \"leg\";"}});
+        QTest::newRow("later from entry wins")
+            << button_att_list{names({"a:b:ctrl", "a:x"})} << none << list({"a", "a:b"}) << true
+            << list({"a", "a:b"}) << list({"n", "m"}) << rows({{"m:ctrl", "n:x"}});
+        QTest::newRow("char1: leaves char10: alone")
+            << button_att_list{names({"char1:arm", "char10:leg"})} << none
+            << list({"char1", "char10"}) << true << list({"char1", "char10"})
+            << list({"c2", "char10"}) << rows({{"c2:arm", "char10:leg"}});
+        QTest::newRow("blank-before-name quirk: second name's namespace matches nothing")
+            << button_att_list{mel("select \"a:x b:y\";")} << list({"a", "b"}) << list({" b", "a"})
+            << true << list({" b", "a"}) << list({"c", "a"}) << rows({{"select \"a:x b:y\";"}});
     }
-    QCOMPARE(initial, preselected);
 
-    rebindButtons(buttons, buildRebindMap(used, chosen.isEmpty() ? initial : chosen));
-    QCOMPARE(sels(buttons), rebound);
-}
+    void bindThroughTheDialog() {
+        QFETCH(button_att_list, buttons);
+        QFETCH(QStringList, available);
+        QFETCH(QStringList, used);
+        QFETCH(bool, bindAsks);
+        QFETCH(QStringList, preselected);
+        QFETCH(QStringList, chosen);
+        QFETCH(QList<QStringList>, rebound);
 
-// The rewriters on their own, with prefix lists as the dialog hands them over.
-void tst_picker_namespace::rewrite_data() {
-    QTest::addColumn<button_att_list>("buttons");
-    QTest::addColumn<QStringList>("from");
-    QTest::addColumn<QStringList>("to");
-    QTest::addColumn<QList<QStringList>>("rebound");
-    QTest::addColumn<int>("names");
-    QTest::addColumn<int>("scripts");
+        QCOMPARE(collectCurrentNamespace(buttons), used);
+        QCOMPARE(rebindNeedsDialog(used, available, false), bindAsks);
+        QVERIFY(rebindNeedsDialog(used, available, true));
 
-    const QStringList oldNs = list({"old:"});
-    const QStringList newNs = list({"new:"});
-    QTest::newRow("prefix only at the start of a name")
-        << button_att_list{names({"x:old:arm", "old:arm", "old:leg"})} << oldNs << newNs
-        << rows({{"x:old:arm", "new:arm", "new:leg"}}) << 2 << 0;
-    QTest::newRow("prefix replaced, not every occurrence")
-        << button_att_list{names({"old:old:arm"})} << oldNs << newNs << rows({{"new:old:arm"}}) << 1
-        << 0;
-    QTest::newRow("script runs end at every other character")
-        << button_att_list{mel("select old:a|old:b;x=old:c[0];\u00e9old:d")} << oldNs << newNs
-        << rows({{"select new:a|new:b;x=new:c[0];\u00e9new:d"}}) << 0 << 1;
-    QTest::newRow("only a command button's first element")
-        << button_att_list{button(buttonAttributes::Command, buttonAttributes::Python,
-                                  {"'old:a'", "old:b"})}
-        << oldNs << newNs << rows({{"'new:a'", "old:b"}}) << 0 << 1;
-    QTest::newRow("counts what changed")
-        << button_att_list{names({"old:a", "keep:b"}), mel("print 1;"), mel("\"old:c\""),
-                           names({"old:d"})}
-        << oldNs << newNs << rows({{"new:a", "keep:b"}, {"print 1;"}, {"\"new:c\""}, {"new:d"}})
-        << 2 << 1;
-    QTest::newRow("empty command and unknown type left alone")
-        << button_att_list{button(buttonAttributes::Command, buttonAttributes::Mel, {}),
-                           button(2, buttonAttributes::Mel, {"old:a"})}
-        << oldNs << newNs << rows({{}, {"old:a"}}) << 0 << 0;
-    QTest::newRow("to the root and into a deeper namespace")
-        << button_att_list{names({"a:x", "b:y"}), mel("\"a:z b:w\"")} << list({"a:", "b:"})
-        << list({"", "s:b:"}) << rows({{"x", "s:b:y"}, {"\"z s:b:w\""}}) << 2 << 1;
-    QTest::newRow("no pairs, nothing changes") << button_att_list{names({"old:a"})} << QStringList()
-                                               << QStringList() << rows({{"old:a"}}) << 0 << 0;
-}
+        QStringList initial;
+        for (const QString& ns : used) {
+            const namespace_choice choice = namespaceChoice(ns, available);
+            initial.append(choice.items.value(choice.current));
+            // Whatever is preselected, every scene namespace stays on offer.
+            for (const QString& scene : available)
+                QVERIFY(choice.items.contains(scene));
+        }
+        QCOMPARE(initial, preselected);
 
-void tst_picker_namespace::rewrite() {
-    QFETCH(button_att_list, buttons);
-    QFETCH(QStringList, from);
-    QFETCH(QStringList, to);
-    QFETCH(QList<QStringList>, rebound);
-    QFETCH(int, names);
-    QFETCH(int, scripts);
+        rebindButtons(buttons, buildRebindMap(used, chosen.isEmpty() ? initial : chosen));
+        QCOMPARE(sels(buttons), rebound);
+    }
 
-    const rebind_counts counts = rebindButtons(buttons, rebind_map{from, to});
-    QCOMPARE(sels(buttons), rebound);
-    QCOMPARE(counts.names, names);
-    QCOMPARE(counts.scripts, scripts);
-}
+    // The rewriters on their own, with prefix lists as the dialog hands them over.
+    void rewrite_data() {
+        QTest::addColumn<button_att_list>("buttons");
+        QTest::addColumn<QStringList>("from");
+        QTest::addColumn<QStringList>("to");
+        QTest::addColumn<QList<QStringList>>("rebound");
+
+        const QStringList oldNs = list({"old:"});
+        const QStringList newNs = list({"new:"});
+        QTest::newRow("prefix only at the start of a name")
+            << button_att_list{names({"x:old:arm", "old:arm", "old:old:arm"})} << oldNs << newNs
+            << rows({{"x:old:arm", "new:arm", "new:old:arm"}});
+        QTest::newRow("script runs end at every other character")
+            << button_att_list{mel("select old:a|old:b;x=old:c[0];\u00e9old:d")} << oldNs << newNs
+            << rows({{"select new:a|new:b;x=new:c[0];\u00e9new:d"}});
+        QTest::newRow("only a command button's first element")
+            << button_att_list{button(buttonAttributes::Command, buttonAttributes::Python,
+                                      {"'old:a'", "old:b"})}
+            << oldNs << newNs << rows({{"'new:a'", "old:b"}});
+        QTest::newRow("to the root and into a deeper namespace")
+            << button_att_list{names({"a:x", "b:y"}), mel("\"a:z b:w\"")} << list({"a:", "b:"})
+            << list({"", "s:b:"}) << rows({{"x", "s:b:y"}, {"\"z s:b:w\""}});
+    }
+
+    void rewrite() {
+        QFETCH(button_att_list, buttons);
+        QFETCH(QStringList, from);
+        QFETCH(QStringList, to);
+        QFETCH(QList<QStringList>, rebound);
+        rebindButtons(buttons, rebind_map{from, to});
+        QCOMPARE(sels(buttons), rebound);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_picker_namespace)
 #include "tst_picker_namespace.moc"
