@@ -5,11 +5,15 @@
 #include "picker_view.h"
 #include "picker_window.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 
 // The program's window as a user meets it: the demo scene, its picker, the outliner, the script
@@ -27,6 +31,13 @@ class tst_talvora_program : public QObject {
     }
     QListWidgetItem* outlined(const QString& name) const {
         return main_->findChild<QListWidget*>()->findItems(name, Qt::MatchExactly).value(0);
+    }
+    void click(const QString& node) {
+        const buttonRecord* button = button_for(node);
+        QVERIFY2(button != nullptr, qPrintable(node));
+        QTest::mouseClick(front(), Qt::LeftButton, Qt::NoModifier,
+                          front()->mapToScreen(button->att.pos));
+        host_.processIdle();
     }
     const buttonRecord* button_for(const QString& node) const {
         for (const buttonRecord& button : *front()->buttons()) {
@@ -67,11 +78,7 @@ private slots:
     }
 
     void clickOutlinerAndScriptLineAgree() {
-        picker_view* view = front();
-        const buttonRecord* head = button_for(QStringLiteral("hero:head_ctrl"));
-        QVERIFY(head != nullptr);
-        QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, view->mapToScreen(head->att.pos));
-        host_.processIdle();
+        click(QStringLiteral("hero:head_ctrl"));
         QCOMPARE(host_.selection(), QStringList{QStringLiteral("hero:head_ctrl")});
         QTRY_VERIFY(outlined(QStringLiteral("hero:head_ctrl"))->isSelected());
 
@@ -85,6 +92,48 @@ private slots:
         host_.processIdle();
         QCOMPARE(button_for(QStringLiteral("hero:L_arm_IK_ctrl"))->selected, buttonRecord::All);
         QVERIFY(line->text().isEmpty());
+    }
+
+    // One picker drives either character: the namespace dialog turns it from hero to villain.
+    void namespaceDialogSwitchesCharacter() {
+        QStringList offered;
+        picker_set_dialog_hook([&offered](QDialog& dialog) {
+            auto* combo = dialog.findChild<QComboBox*>();
+            for (int i = 0; i < combo->count(); ++i)
+                offered << combo->itemText(i);
+            combo->setEditText(QStringLiteral("villain"));
+            return int(QDialog::Accepted);
+        });
+        const QList<QAction*> actions =
+            dynamic_cast<picker_window*>(picker_main::window())->findChildren<QAction*>();
+        const auto entry = std::find_if(actions.begin(), actions.end(), [](QAction* action) {
+            return action->text() == QLatin1String("Change Namespace...");
+        });
+        QVERIFY(entry != actions.end() && (*entry)->isEnabled());
+        (*entry)->trigger();
+        host_.processIdle();
+        picker_set_dialog_hook([](QDialog&) { return int(QDialog::Rejected); });
+
+        QVERIFY(offered.contains(QLatin1String("villain")));
+        QCOMPARE(button_for(QStringLiteral("hero:head_ctrl")), nullptr);
+        click(QStringLiteral("villain:head_ctrl"));
+        QCOMPARE(host_.selection(), QStringList{QStringLiteral("villain:head_ctrl")});
+    }
+
+    void unreadableSceneKeepsTheOpenOne() {
+        QTemporaryDir dir;
+        const QString broken = dir.filePath(QStringLiteral("broken.ma"));
+        QFile file(broken);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("//Maya ASCII 2025 scene\ncreateNode transform -n \"broken;\n");
+        file.close();
+        const QStringList nodes = host_.nodes();
+        QVERIFY(!host_.executeCommand(QStringLiteral("file -open -f \"%1\"").arg(broken)));
+        host_.processIdle();
+        QCOMPARE(host_.nodes(), nodes);
+        QCOMPARE(front()->buttons()->size(), 74);
+        QTRY_VERIFY(main_->findChild<QPlainTextEdit*>()->toPlainText().contains(
+            broken + QLatin1String(":2")));
     }
 };
 

@@ -1,90 +1,70 @@
 #pragma once
 
-#include <QByteArray>
-#include <QtEndian>
+#include "../core/picker_test_vectors.h"
+#include "picker_file.h"
 
-// Picker files spelled out field by field, independent of the stream code under test.
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+// pkrtool run as a user runs it, on picker files spelled out field by field.
 namespace tools_vectors {
 
-inline QByteArray be32(qint64 value) {
-    char bytes[4];
-    qToBigEndian<quint32>(quint32(value), bytes);
-    return QByteArray(bytes, 4);
-}
+using namespace picker_test_vectors;
 
-// A QString of ASCII text: byte length, then UTF-16 big-endian.
-inline QByteArray text(const char* ascii) {
-    const QByteArray latin = QByteArray(ascii);
-    QByteArray bytes = be32(latin.size() * 2);
-    for (char c : latin)
-        bytes.append('\0').append(c);
+// A short ASCII QString as the stream writes it: byte length, then UTF-16BE.
+inline QByteArray utf16(const char* ascii) {
+    QByteArray bytes = hex("00000000");
+    bytes[3] = char(qstrlen(ascii) * 2);
+    for (const char* c = ascii; *c; ++c)
+        bytes.append('\0').append(*c);
     return bytes;
 }
 
-inline QByteArray nullText() {
-    return be32(0xffffffff);
-}
-
-// 2 x 1 RGB PNG.
-inline QByteArray tinyPng() {
-    return QByteArray::fromHex("89504e470d0a1a0a0000000d49484452000000020000000108020000007b40e8dd"
-                               "0000000d4944415478da63f8cf0004ff01070001ff3d7d8c4900000000"
-                               "49454e44ae426082");
-}
-
-// Version 4, empty key, a selection button with a non-ASCII label and a Python command button
-// with a null label.
-inline QByteArray fileWithoutImage() {
-    return be32(4) + text("Arm") + text("") +
-           be32(2)
-           // button 0
-           + be32(0) + be32(10) + be32(-20) + be32(12) + be32(0) + be32(0) + be32(0xffb22222) +
-           be32(0xff000000) + QByteArray::fromHex("00000004004c00e4") + be32(2) +
-           text("hero:L_arm") +
-           text("hero:L_hand")
-           // button 1
-           + be32(1) + be32(300) + be32(40) + be32(20) + be32(1) + be32(1) + be32(0x80112233) +
-           be32(0x00ffffff) + nullText() + be32(1) + text("print('hi')\n");
-}
-
-// Version 4, null title, keyed image, one MEL command button with an empty label.
-inline QByteArray fileWithImage() {
-    return be32(4) + nullText() + text("bg") + be32(1) + tinyPng() +
-           be32(1)
-           // button 0
-           + be32(0) + be32(1) + be32(1) + be32(8) + be32(1) + be32(0) + be32(0xff00ff00) +
-           be32(0xffffffff) + text("") + be32(1) + text("select -cl;");
-}
-
-// Version 4, an image whose chunks do not start with IHDR (readers take it), no buttons.
-inline QByteArray fileWithHeaderlessPng() {
-    const QByteArray png = tinyPng();
-    return be32(4) + text("Odd") + text("bg") + be32(1) + png.left(8) + png.mid(33) + be32(0);
-}
-
-// Version 4, a key but no image, no buttons.
-inline QByteArray fileWithKeyOnly() {
-    return be32(4) + text("Empty") + text("k") + be32(0) + be32(0);
-}
-
-// Version 3: no label colour in the records.
-inline QByteArray fileVersion3() {
-    return be32(3) + text("Old") + nullText() + be32(1) + be32(0) + be32(5) + be32(6) + be32(7) +
-           be32(0) + be32(0) + be32(0xff0000ff) + text("x") + be32(1) + text("n1");
-}
-
-// Version 4, no background: a selection button with three node names and a MEL command button.
+// Version 4, title "Rig", empty key: selection button "Body" at (5, 6) size 10 in 0xFFB22222
+// with three names, then MEL command button "Hand" at (30, 6) holding the script.
 inline QByteArray fileWithNames(const char* arm, const char* other, const char* leg,
                                 const char* script) {
-    return be32(4) + text("Rig") + text("") +
-           be32(2)
-           // button 0
-           + be32(0) + be32(5) + be32(6) + be32(10) + be32(0) + be32(0) + be32(0xffb22222) +
-           be32(0xff000000) + text("Body") + be32(3) + text(arm) + text(other) +
-           text(leg)
-           // button 1
-           + be32(1) + be32(30) + be32(6) + be32(10) + be32(1) + be32(0) + be32(0xff505050) +
-           be32(0xffffffff) + text("Hand") + be32(1) + text(script);
+    return hex("00000004 00000006 005200690067 00000000 00000002"
+               "00000000 00000005 00000006 0000000a 00000000 00000000 ffb22222 ff000000"
+               "00000008 0042006f00640079 00000003") +
+           utf16(arm) + utf16(other) + utf16(leg) +
+           hex("00000001 0000001e 00000006 0000000a 00000001 00000000 ff505050 ffffffff"
+               "00000008 00480061006e0064 00000001") +
+           utf16(script);
+}
+
+struct run_result {
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+// Runs pkrtool in dir with the blank-separated arguments.
+inline run_result pkrtool(const QTemporaryDir& dir, const QString& line) {
+    QProcess process;
+    process.setWorkingDirectory(dir.path());
+    // Without a runtime folder the GUI side of render would warn on stderr.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), dir.path());
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(PKRTOOL_PATH), line.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+    run_result result;
+    if (process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit)
+        result = {process.exitCode(), process.readAllStandardOutput(),
+                  process.readAllStandardError()};
+    return result;
+}
+
+inline QByteArray readIn(const QTemporaryDir& dir, const char* name) {
+    QFile file(dir.filePath(QString::fromUtf8(name)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline void writeIn(const QTemporaryDir& dir, const char* name, const QByteArray& bytes) {
+    QFile file(dir.filePath(QString::fromUtf8(name)));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("cannot write a test file");
 }
 
 } // namespace tools_vectors
