@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -17,7 +18,7 @@
 #include <memory>
 
 // The program's window as a user meets it: the demo scene, its picker, the outliner, the script
-// line, driven with real events.
+// line and the File menu, driven with real events.
 class tst_talvora_program : public QObject {
     Q_OBJECT
 
@@ -25,10 +26,10 @@ class tst_talvora_program : public QObject {
     std::unique_ptr<host_main_window> main_;
     const QString demo_ = QStringLiteral(TALVORA_PICKER_DEMO);
 
-    picker_view* front() const {
-        auto* picker = dynamic_cast<picker_window*>(picker_main::window());
-        return qobject_cast<picker_view*>(picker->findChild<QTabWidget*>()->currentWidget());
+    QTabWidget* tabs() const {
+        return dynamic_cast<picker_window*>(picker_main::window())->findChild<QTabWidget*>();
     }
+    picker_view* front() const { return qobject_cast<picker_view*>(tabs()->currentWidget()); }
     QListWidgetItem* outlined(const QString& name) const {
         return main_->findChild<QListWidget*>()->findItems(name, Qt::MatchExactly).value(0);
     }
@@ -39,8 +40,19 @@ class tst_talvora_program : public QObject {
                           front()->mapToScreen(button->att.pos));
         host_.processIdle();
     }
-    const buttonRecord* button_for(const QString& node) const {
-        for (const buttonRecord& button : *front()->buttons()) {
+    // Triggers a File menu entry with the file chooser answering file.
+    void choose(const QString& entry, const QString& file) {
+        picker_set_file_hook([file](const picker_file_question&) { return QStringList{file}; });
+        const QList<QAction*> actions = main_->menuBar()->actions().first()->menu()->actions();
+        const auto found = std::find_if(actions.begin(), actions.end(), [&entry](QAction* a) {
+            return a->text().remove(QLatin1Char('&')) == entry;
+        });
+        QVERIFY2(found != actions.end(), qPrintable(entry));
+        (*found)->trigger();
+        host_.processIdle();
+    }
+    const buttonRecord* button_for(const QString& node, picker_view* view = nullptr) const {
+        for (const buttonRecord& button : *(view ? view : front())->buttons()) {
             if (button.att.sel == QStringList{node})
                 return &button;
         }
@@ -74,6 +86,7 @@ private slots:
         picker_main::uninitialize();
         main_.reset();
         picker_set_dialog_hook({});
+        picker_set_file_hook({});
         picker_set_message_hook({});
     }
 
@@ -82,9 +95,18 @@ private slots:
         QCOMPARE(host_.selection(), QStringList{QStringLiteral("hero:head_ctrl")});
         QTRY_VERIFY(outlined(QStringLiteral("hero:head_ctrl"))->isSelected());
 
+        QVERIFY(
+            host_.executeCommand(QStringLiteral("TalvoraPicker open \"%1/demo.pkr\"").arg(demo_)));
         outlined(QStringLiteral("hero:COG_ctrl"))->setSelected(true);
         host_.processIdle();
-        QCOMPARE(button_for(QStringLiteral("hero:COG_ctrl"))->selected, buttonRecord::All);
+        QCOMPARE(tabs()->count(), 2);
+        for (int i = 0; i < 2; ++i) {
+            auto* view = qobject_cast<picker_view*>(tabs()->widget(i));
+            QCOMPARE(button_for(QStringLiteral("hero:COG_ctrl"), view)->selected,
+                     buttonRecord::All);
+            QCOMPARE(button_for(QStringLiteral("hero:L_arm_IK_ctrl"), view)->selected,
+                     buttonRecord::None);
+        }
 
         QLineEdit* line = main_->scriptLine();
         QTest::keyClicks(line, QStringLiteral("select -r \"hero:L_arm_IK_ctrl\""));
@@ -118,6 +140,27 @@ private slots:
         QCOMPARE(button_for(QStringLiteral("hero:head_ctrl")), nullptr);
         click(QStringLiteral("villain:head_ctrl"));
         QCOMPARE(host_.selection(), QStringList{QStringLiteral("villain:head_ctrl")});
+    }
+
+    void sceneSavedClearedAndOpened() {
+        QTemporaryDir dir;
+        const QString saved = dir.filePath(QStringLiteral("shot.ma"));
+        QTRY_VERIFY(main_->windowTitle().contains(QLatin1Char('*')));
+        choose(QStringLiteral("Save Scene As..."), saved);
+        QCOMPARE(host_.scenePath(), saved);
+        QTRY_COMPARE(main_->windowTitle(), QStringLiteral("shot.ma - Talvora host"));
+
+        choose(QStringLiteral("New Scene"), QString());
+        QVERIFY(host_.nodes().isEmpty());
+        QVERIFY(front() == nullptr || front()->buttons()->isEmpty());
+
+        choose(QStringLiteral("Open Scene..."), saved);
+        QCOMPARE(tabs()->count(), 1);
+        QCOMPARE(front()->buttons()->size(), 74);
+        QVERIFY(!front()->background().isNull());
+        outlined(QStringLiteral("hero:head_ctrl"))->setSelected(true);
+        host_.processIdle();
+        QCOMPARE(button_for(QStringLiteral("hero:head_ctrl"))->selected, buttonRecord::All);
     }
 
     void unreadableSceneKeepsTheOpenOne() {

@@ -56,6 +56,7 @@ QByteArray noisePng(int side) {
 
 } // namespace
 
+Q_DECLARE_METATYPE(buttonAttributes)
 Q_DECLARE_METATYPE(picker_tab_record)
 using tab_set_edit = std::function<void(picker_tab_set&)>;
 Q_DECLARE_METATYPE(tab_set_edit)

@@ -142,7 +142,8 @@ private slots:
         window->calls.clear();
         host_->raiseEvent(QStringLiteral("deleteAll"));
         host_->newScene();
-        QCOMPARE(window->calls, QStringList(3, QStringLiteral("reset")));
+        QCOMPARE(window->calls, QStringList({QStringLiteral("reset"), QStringLiteral("reset"),
+                                             QStringLiteral("reset")}));
     }
 
     void batchSession_data() {
