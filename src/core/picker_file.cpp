@@ -6,6 +6,7 @@
 #include <QBuffer>
 #include <QDataStream>
 #include <QIODevice>
+#include <QSaveFile>
 
 namespace {
 
@@ -84,6 +85,17 @@ QByteArray pickerFileBytes(const picker_tab_record& tab) {
     buffer.open(QIODevice::WriteOnly);
     writePickerFile(buffer, tab);
     return bytes;
+}
+
+bool writeFileWhole(const QString& path, const QByteArray& bytes, QString* error) {
+    QSaveFile file(path);
+    // QSaveFile commits after a refusal that comes only as its buffer is flushed: flush first.
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() &&
+        file.commit())
+        return true;
+    if (error != nullptr)
+        *error = file.errorString();
+    return false;
 }
 
 picker_read_result readPickerFile(const QByteArray& bytes, picker_tab_record& tab) {

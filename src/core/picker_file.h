@@ -53,6 +53,11 @@ picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab);
 QByteArray pickerFileBytes(const picker_tab_record& tab);
 picker_read_result readPickerFile(const QByteArray& bytes, picker_tab_record& tab);
 
+// Writes bytes to path aside and renames them over it only once all of them reached the disk,
+// so a refused write (a full disk) leaves the old file as it was. On failure error, if given,
+// tells why.
+bool writeFileWhole(const QString& path, const QByteArray& bytes, QString* error = nullptr);
+
 // The tab stream of all tabs; the caller sets the stream's version. A newer format version than
 // this program knows is refused with nothing read past it (result version tells which).
 void writeTabStream(QDataStream& stream, const picker_tab_set& set);

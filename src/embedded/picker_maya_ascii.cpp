@@ -1,10 +1,11 @@
 #include "picker_maya_ascii.h"
 
+#include "picker_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QSet>
 
 namespace {
@@ -374,16 +375,11 @@ QByteArray mayaAsciiBytes(const picker_ma_scene& scene, const QString& fileName)
     return text.toUtf8();
 }
 
-// Flushed before commit: QSaveFile renames over the old scene even when its last buffered
-// bytes were refused.
 bool writeMayaAscii(const QString& path, const picker_ma_scene& scene, QString* error) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) ||
-        file.write(mayaAsciiBytes(scene, QFileInfo(path).fileName())) < 0 || !file.flush() ||
-        !file.commit()) {
-        if (error)
-            *error = QStringLiteral("%1: %2").arg(path, file.errorString());
-        return false;
-    }
-    return true;
+    QString cause;
+    if (writeFileWhole(path, mayaAsciiBytes(scene, QFileInfo(path).fileName()), &cause))
+        return true;
+    if (error)
+        *error = QStringLiteral("%1: %2").arg(path, cause);
+    return false;
 }

@@ -8,7 +8,6 @@
 #include <QDataStream>
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QTabWidget>
 
 namespace {
@@ -79,19 +78,7 @@ void picker_window::open_tab() {
 }
 
 bool picker_window::do_save(picker_view* view, const QString& path) {
-    // Written aside and renamed over the old file only when whole.
-    QSaveFile file(path);
-    bool saved = file.open(QIODevice::WriteOnly);
-    if (saved) {
-        // QSaveFile alone can still commit after a refused write (a full disk), also when the
-        // refusal comes only as its buffer is flushed: the stream's verdict and the flush decide.
-        if (writePickerFile(file, tab_record(tabs_->indexOf(view))) && file.flush())
-            saved = file.commit();
-        else {
-            file.cancelWriting();
-            saved = false;
-        }
-    }
+    const bool saved = writeFileWhole(path, pickerFileBytes(tab_record(tabs_->indexOf(view))));
     if (!saved) {
         picker_ask({QMessageBox::Critical, this, tr("Save Failed"),
                     QStringLiteral("Could not open the file \"%1\" for writing.\n\nPlease check "

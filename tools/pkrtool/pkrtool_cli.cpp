@@ -6,7 +6,6 @@
 #include <QCommandLineParser>
 #include <QFile>
 #include <QIODevice>
-#include <QSaveFile>
 
 namespace {
 
@@ -147,14 +146,10 @@ bool readPicker(const QString& path, picker_tab_record& tab, qint32& version, QI
     return true;
 }
 
-// Flushed before commit: QSaveFile renames over the old file even when its last buffered bytes
-// were refused.
 bool writeFile(const QString& path, const QByteArray& bytes, QIODevice& err) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() ||
-        !file.commit()) {
-        fail(err, QStringLiteral("cannot write '%1': %2").arg(path, file.errorString()));
-        return false;
-    }
-    return true;
+    QString cause;
+    if (writeFileWhole(path, bytes, &cause))
+        return true;
+    fail(err, QStringLiteral("cannot write '%1': %2").arg(path, cause));
+    return false;
 }
