@@ -19,14 +19,6 @@ int intern_node_name(const QString& name) {
     return found.value();
 }
 
-QVector<int> intern_node_names(const QStringList& names) {
-    QVector<int> ids;
-    ids.reserve(names.size());
-    for (const QString& name : names)
-        ids.append(intern_node_name(name));
-    return ids;
-}
-
 void name_lookup::insert(const QString& name) {
     const int id = intern_node_name(name);
     if (held_.size() <= id)

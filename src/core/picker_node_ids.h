@@ -8,7 +8,6 @@
 // button from the host's selection compares numbers instead of hashing strings. The table only
 // grows: it holds every name a button has carried or the selection has held.
 int intern_node_name(const QString& name);
-QVector<int> intern_node_names(const QStringList& names);
 
 // The selected names as a set of interned ids.
 class name_lookup {

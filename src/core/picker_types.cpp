@@ -21,7 +21,9 @@ bool buttonAttributes::operator==(const buttonAttributes& other) const {
 }
 
 void buttonRecord::take_node_ids() {
-    ids_ = intern_node_names(att.sel);
+    ids_.clear();
+    for (const QString& name : att.sel)
+        ids_.append(intern_node_name(name));
     idsOf_ = att.sel;
 }
 

@@ -7,6 +7,7 @@
 #include <QRgb>
 #include <QString>
 #include <QStringList>
+#include <QVarLengthArray>
 #include <QVector>
 
 class QDataStream;
@@ -50,7 +51,7 @@ struct buttonRecord {
     }
     // The interned ids of att.sel, taken again once att.sel is no longer the list they were taken
     // from: any change to the names detaches it from the copy kept here.
-    const QVector<int>& node_ids() {
+    const QVarLengthArray<int, 3>& node_ids() {
         if (!att.sel.isSharedWith(idsOf_))
             take_node_ids();
         return ids_;
@@ -65,7 +66,7 @@ private:
     void take_node_ids();
 
     QStringList idsOf_;
-    QVector<int> ids_;
+    QVarLengthArray<int, 3> ids_; // most buttons name one to three nodes: kept in the record
 };
 
 // Attribute list (clipboard): format 1, count, records. Invalid records are dropped.

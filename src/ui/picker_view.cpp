@@ -289,17 +289,15 @@ bool picker_view::conform_to_set(const button_set& names) {
 
 bool picker_view::conform_to_set(const name_lookup& names) {
     bool changed = false;
-    // Each button's ids and flags live in blocks of their own; fetching them some buttons ahead
-    // keeps a large picker from waiting on memory at every button.
+    // Each button's flags live in a block of their own; fetching them some buttons ahead keeps a
+    // large picker from waiting on memory at every button.
     constexpr int ahead = 16;
     const auto end = blist_.end();
     for (auto it = blist_.begin(); it != end; ++it) {
-        if (end - it > ahead) {
+        if (end - it > ahead)
             prefetch((it + ahead)->which.constData());
-            prefetch((it + ahead)->node_ids().constData());
-        }
         buttonRecord& button = *it;
-        const QVector<int>& sel = button.node_ids();
+        const auto& sel = button.node_ids();
         const qsizetype size = sel.size();
         if (button.which.size() != size)
             button.which.resize(size);
