@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QImage>
 #include <QList>
-#include <QPixmap>
 #include <QPoint>
 #include <QRect>
 #include <QRgb>
@@ -41,7 +41,7 @@ struct buttonRecord {
 
     buttonAttributes att;
     QRect bounds;
-    QPixmap img; // cached rendering; null until drawn
+    QImage img; // the label as drawn, shared by buttons with the same one; null without one
     qint16 selected = None;
     sel_list which;
 

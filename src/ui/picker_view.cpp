@@ -278,7 +278,7 @@ void picker_view::set_button_label(buttonRecord* rec, const QString& label) {
         make_button_label(rec->att, rec);
         return;
     }
-    rec->img = QPixmap();
+    rec->img = QImage();
     rec->att.label.clear();
     rec->bounds = square_around(rec->att.pos, rec->att.size);
 }

@@ -10,11 +10,13 @@
 #include <QLinearGradient>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPair>
 #include <QPen>
 #include <QTransform>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace {
 
@@ -96,22 +98,21 @@ QRect face_area(const QRect& box, const QRectF& label) {
 // A button as it lands on the canvas, short of a label that is cut out of it: its look, and
 // its label drawn over it. Positions are relative to the image it is drawn into, whose top-left
 // pixel is the first one either of them touches, with a pixel of margin for the outline.
+// Buttons with the same label text and colour share one label image, so its cache key tells
+// labels apart without reading their text.
 struct button_face {
     button_look look;
     QRect box;
-    QRectF text; // null without a label
-    QString labelText;
-    QRgb labelColor = 0;
+    QRectF text;         // null without a label
+    qint64 labelKey = 0; // the label image's cache key
 
     QSize imageSize() const {
         const QRect area = face_area(box, text);
         return QSize(area.right() + 1, area.bottom() + 1);
     }
-    // Labels are told apart by their text and colour, so buttons with the same label share a
-    // face whatever pixmap each holds.
     bool operator==(const button_face& other) const {
         return look.key() == other.look.key() && box == other.box && text == other.text &&
-               labelText == other.labelText && labelColor == other.labelColor;
+               labelKey == other.labelKey;
     }
     quint64 key() const {
         quint64 k = look.key();
@@ -120,13 +121,13 @@ struct button_face {
         mix(quint64(quint32(qRound(text.x() * 2))) | quint64(quint32(qRound(text.y() * 2))) << 32);
         mix(quint64(quint32(qRound(text.width() * 2))) | quint64(quint32(qRound(text.height() * 2)))
                                                              << 32);
-        mix(quint64(qHash(labelText)) | quint64(labelColor) << 32);
+        mix(quint64(labelKey));
         return k;
     }
-    void draw(QPainter& p, const QPixmap& label) const {
+    void draw(QPainter& p, const QImage& label) const {
         draw_look(p, QRectF(box), look);
         if (!text.isNull())
-            p.drawPixmap(text, label, QRectF(QPointF(0, 0), QSizeF(label.size())));
+            p.drawImage(text, label, QRectF(QPointF(0, 0), QSizeF(label.size())));
     }
 };
 
@@ -144,8 +145,8 @@ public:
         swept_ = false;
     }
 
-    // Null when the face is not to be cached. label is the image of the face's label text.
-    const QImage* image(const button_face& face, const QPixmap& label) {
+    // Null when the face is not to be cached. label is the face's label image.
+    const QImage* image(const button_face& face, const QImage& label) {
         const quint64 key = face.key();
         const auto found = entries_.find(key);
         if (found != entries_.end()) {
@@ -206,6 +207,49 @@ face_cache& faces() {
     return cache;
 }
 
+// Buttons with the same label text and colour share one image of it: a big picker holds each
+// label once, and a repaint tells faces apart by the image alone. An image no button holds any
+// more is let go once the set has doubled since the last sweep.
+class label_image_set {
+public:
+    QImage image(const QString& text, QRgb colour, const QFont& font, const QSize& size) {
+        const auto key = qMakePair(text, colour);
+        const auto found = images_.constFind(key);
+        if (found != images_.constEnd())
+            return *found;
+        if (images_.size() >= sweep_at_)
+            sweep();
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter;
+        if (painter.begin(&image)) {
+            painter.setFont(font);
+            painter.setBrush(QBrush(Qt::black));
+            painter.setPen(QColor::fromRgb(colour));
+            painter.drawText(QRect(QPoint(0, 0), size), Qt::AlignCenter, text);
+            painter.end();
+        }
+        images_.insert(key, image);
+        return image;
+    }
+
+private:
+    void sweep() {
+        for (auto it = images_.begin(); it != images_.end();)
+            it = it->isDetached() ? images_.erase(it) : std::next(it);
+        sweep_at_ = std::max<qsizetype>(first_sweep, 2 * images_.size());
+    }
+
+    static constexpr qsizetype first_sweep = 256;
+    QHash<QPair<QString, QRgb>, QImage> images_;
+    qsizetype sweep_at_ = first_sweep;
+};
+
+label_image_set& label_images() {
+    static label_image_set images;
+    return images;
+}
+
 // Copies stay exact only while one painter unit is one whole device pixel.
 bool copies_exact(const QPainter& p) {
     const QTransform& t = p.deviceTransform();
@@ -220,11 +264,10 @@ void draw_face(QPainter& p, const QRect& box, const button_look& look, const but
     if (copies_exact(p) && area.width() <= face_cache::largest_side &&
         area.height() <= face_cache::largest_side) {
         const QPointF origin(area.topLeft());
-        button_face face{look, box.translated(-area.topLeft()), QRectF(), QString(), 0};
+        button_face face{look, box.translated(-area.topLeft()), QRectF(), 0};
         if (!label.isNull()) {
             face.text = label.translated(-origin);
-            face.labelText = b.att.label;
-            face.labelColor = b.att.tcolor;
+            face.labelKey = b.img.cacheKey();
         }
         if (const QImage* image = faces().image(face, b.img)) {
             p.drawImage(area.topLeft(), *image);
@@ -233,7 +276,7 @@ void draw_face(QPainter& p, const QRect& box, const button_look& look, const but
     }
     draw_look(p, QRectF(box), look);
     if (!label.isNull())
-        p.drawPixmap(label, b.img, QRectF(QPointF(0, 0), QSizeF(b.img.size())));
+        p.drawImage(label, b.img, QRectF(QPointF(0, 0), QSizeF(b.img.size())));
 }
 
 } // namespace
@@ -320,11 +363,11 @@ void picker_view::draw_label(QPainter& p, const buttonRecord& b, const QPointF& 
     const QRectF source(QPointF(0, 0), QSizeF(b.img.size()));
     const QRectF target = label_target(b, center);
     if (!label_cut_out(b)) {
-        p.drawPixmap(target, b.img, source);
+        p.drawImage(target, b.img, source);
         return;
     }
     p.setCompositionMode(QPainter::CompositionMode_Xor);
-    p.drawPixmap(target, b.img, source);
+    p.drawImage(target, b.img, source);
     p.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
@@ -340,17 +383,7 @@ void picker_view::make_button_label(const buttonAttributes& att, buttonRecord* r
     rec->bounds = QRect(QPoint(0, 0), box);
     rec->bounds.moveCenter(att.pos);
 
-    QImage image(t.size(), QImage::Format_ARGB32);
-    image.fill(0);
-    QPainter painter;
-    if (painter.begin(&image)) {
-        painter.setFont(font);
-        painter.setBrush(QBrush(Qt::black));
-        painter.setPen(QColor::fromRgb(att.tcolor));
-        painter.drawText(QRect(QPoint(0, 0), t.size()), Qt::AlignCenter, att.label);
-        painter.end();
-    }
-    rec->img = QPixmap::fromImage(image);
+    rec->img = label_images().image(att.label, att.tcolor, font, t.size());
 }
 
 void picker_view::change_background() {
