@@ -6,7 +6,6 @@
 #include <QClipboard>
 #include <QMimeData>
 #include <QSignalSpy>
-#include <QStandardPaths>
 #include <QTest>
 
 #include <memory>
@@ -30,13 +29,6 @@ void fill(picker_view* view, const QList<qint16>& lit) {
     }
 }
 
-button_att_list attributes_of(const picker_view* view) {
-    button_att_list list;
-    for (const buttonRecord& button : view->buttons())
-        list.append(button.att);
-    return list;
-}
-
 QByteArray clipboard_buttons() {
     const QMimeData* mime = QApplication::clipboard()->mimeData();
     return mime != nullptr ? mime->data(button_format) : QByteArray();
@@ -54,10 +46,7 @@ class tst_picker_clipboard : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
-    }
+    void initTestCase() { isolate_settings(); }
 
     void cleanup() { QApplication::clipboard()->clear(); }
 

@@ -3,19 +3,17 @@
 #include "picker_selection.h"
 #include "picker_view.h"
 #include "picker_window.h"
+#include "ui_test_support.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
 namespace {
 
+// Each button its own colour, so that undo must give every one back its own.
 buttonAttributes plain_button(int i, const QPoint& pos) {
-    buttonAttributes att;
-    att.pos = pos;
-    att.size = 10;
+    buttonAttributes att = button_at(pos, {QStringLiteral("n%1").arg(i)});
     att.color = 0xFF000000u + unsigned(i);
-    att.tcolor = 0xFF000000u;
-    att.sel = QStringList{QStringLiteral("n%1").arg(i)};
     return att;
 }
 
@@ -40,20 +38,6 @@ index_list lit(const picker_view& view) {
             indices.append(i);
     }
     return indices;
-}
-
-button_att_list attributes(const picker_view& view) {
-    button_att_list list;
-    for (const buttonRecord& button : view.buttons())
-        list.append(button.att);
-    return list;
-}
-
-point_list positions(const picker_view& view) {
-    point_list list;
-    for (const buttonRecord& button : view.buttons())
-        list.append(button.att.pos);
-    return list;
 }
 
 // The commands that act on the selection, made the way the view, toolbox and gestures make them.
@@ -136,7 +120,7 @@ private slots:
 
         picker_view view;
         fill(view, point_list(5));
-        const button_att_list before = attributes(view);
+        const button_att_list before = attributes_of(&view);
         QUndoStack* stack = view.undoer();
         QSignalSpy index(stack, &QUndoStack::indexChanged);
         QSignalSpy clean(stack, &QUndoStack::cleanChanged);
@@ -157,7 +141,7 @@ private slots:
         QCOMPARE(index.count(), count);
         QCOMPARE(index.last().at(0).toInt(), 0);
         QCOMPARE(clean.last().at(0).toBool(), true);
-        QCOMPARE(attributes(view), before);
+        QCOMPARE(attributes_of(&view), before);
 
         // Redo applies the whole merged change again, relative to the restored state.
         for (int i = 0; i < count; ++i)
@@ -169,22 +153,22 @@ private slots:
     void delete_reinserts_in_order() {
         picker_view view;
         fill(view, point_list(5));
-        const button_att_list before = attributes(view);
+        const button_att_list before = attributes_of(&view);
         const button_att_list kept{before.at(0), before.at(2), before.at(4)};
         light(view, {1, 3});
 
         view.undoer()->push(new delete_buttons_cmd(&view));
         QCOMPARE(view.undoer()->undoText(), QStringLiteral("Delete Buttons"));
-        QCOMPARE(attributes(view), kept);
+        QCOMPARE(attributes_of(&view), kept);
 
         (*view.buttons())[0].select(true);
         view.undoer()->undo();
-        QCOMPARE(attributes(view), before);
+        QCOMPARE(attributes_of(&view), before);
         // The restored buttons come back dark; the selection stays as it was.
         QCOMPARE(lit(view), index_list{0});
 
         view.undoer()->redo();
-        QCOMPARE(attributes(view), kept);
+        QCOMPARE(attributes_of(&view), kept);
     }
 
     void paste_places_and_selects_data() {
@@ -215,7 +199,7 @@ private slots:
 
         view.undoer()->push(new paste_buttons_cmd(&view, clip, inplace));
 
-        QCOMPARE(positions(view).mid(2), placed);
+        QCOMPARE(positions(&view).mid(2), placed);
         QCOMPARE(lit(view), (index_list{2, 3, 4}));
         view.undoer()->undo();
         QCOMPARE(view.buttons()->size(), 2);
@@ -294,9 +278,9 @@ private slots:
         light(view, selected);
 
         view.undoer()->push(new arrange_buttons_cmd(&view, action));
-        QCOMPARE(positions(view), arranged);
+        QCOMPARE(positions(&view), arranged);
         view.undoer()->undo();
-        QCOMPARE(positions(view), undone);
+        QCOMPARE(positions(&view), undone);
     }
 };
 

@@ -9,7 +9,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QStandardPaths>
 #include <QTest>
 
 namespace {
@@ -62,10 +61,9 @@ class tst_picker_toolbox : public QObject {
 
 private slots:
     void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
+        isolate_settings();
         // Qt 5 does not know the typedef by name, so the signal spy could not keep the colour.
         qRegisterMetaType<QRgb>("QRgb");
-        qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
     }
 
     void palette_layout_data() {

@@ -1,6 +1,7 @@
 #include "picker_prompt.h"
 #include "picker_selection.h"
 #include "picker_view.h"
+#include "ui_test_support.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -19,17 +20,6 @@ namespace {
 const QColor canvas(51, 51, 51);
 const QColor red(200, 30, 30);
 const QStringList ab{QStringLiteral("a"), QStringLiteral("b")};
-
-buttonAttributes button_at(const QPoint& pos, const QStringList& names, int size = 10,
-                           qint32 type = buttonAttributes::Selection) {
-    buttonAttributes att;
-    att.pos = pos;
-    att.size = size;
-    att.type = type;
-    att.color = red.rgb();
-    att.sel = names;
-    return att;
-}
 
 QImage render(picker_view& view) {
     QImage image(view.size(), QImage::Format_ARGB32);
@@ -283,91 +273,67 @@ private slots:
             QCOMPARE(image.pixelColor(p), canvas);
     }
 
-    // One name: a square filling (45, 45) to (53, 53); two: a circle in the same box.
-    void selection_button_shapes_data() {
+    // A button at (50, 50) is painted once, changed, and painted again: its look is kept between
+    // paints, so the change must show. One name makes a square, two a circle in the same box.
+    void button_looks_data() {
         QTest::addColumn<QStringList>("names");
-        QTest::addColumn<int>("lit");
-        QTest::addColumn<QColor>("fill");
-        QTest::addColumn<bool>("cornersFilled");
-        QTest::newRow("one name") << QStringList{QStringLiteral("a")} << 0 << red << true;
-        QTest::newRow("two names") << ab << 0 << red << false;
-        QTest::newRow("lit") << QStringList{QStringLiteral("a")} << 1 << QColor(224, 224, 224)
-                             << true;
-        QTest::newRow("partly lit") << ab << 2 << QColor(128, 128, 128) << false;
-    }
-
-    void selection_button_shapes() {
-        QFETCH(QStringList, names);
-        QFETCH(int, lit);
-        QFETCH(QColor, fill);
-        QFETCH(bool, cornersFilled);
-        picker_view view;
-        view.resize(240, 200);
-        view.push_button(button_at(QPoint(50, 50), names), -1);
-        (*view.buttons())[0].selected = static_cast<qint16>(lit);
-        const QImage image = render(view);
-
-        QCOMPARE(image.pixelColor(49, 49), fill);
-        QCOMPARE(image.pixelColor(44, 49), canvas);
-        QCOMPARE(image.pixelColor(49, 54), canvas);
-        QCOMPARE(image.pixelColor(45, 45) == fill, cornersFilled);
-        QCOMPARE(image.pixelColor(53, 53) == fill, cornersFilled);
-    }
-
-    // A lit command button is drawn lightened, with a white outline.
-    void lit_command_button() {
-        picker_view view;
-        view.resize(120, 100);
-        buttonAttributes att =
-            button_at(QPoint(50, 50), {QString()}, 30, buttonAttributes::Command);
-        att.color = QColor(100, 0, 0).rgb();
-        view.push_button(att, -1);
-        (*view.buttons())[0].selected = buttonRecord::All;
-        const QImage image = render(view);
-
-        const QColor fill = QColor(100, 0, 0).lighter(150);
-        QCOMPARE(image.pixelColor(50, 50), fill);
-        // The half-pixel outline blends into the left edge, half-way down.
-        QVERIFY(image.pixelColor(35, 50).green() > fill.green() + 60);
-    }
-
-    // Each button's look is kept between paints; what changes it must show on the next one.
-    void repaint_shows_a_changed_look_data() {
         QTest::addColumn<qint32>("type");
         QTest::addColumn<QString>("change");
-        QTest::addColumn<QPoint>("probe");
-        QTest::addColumn<QColor>("expected");
+        QTest::addColumn<QList<QPoint>>("probes");
+        QTest::addColumn<QList<QColor>>("colours");
+
+        const QStringList a{QStringLiteral("a")};
         const qint32 circle = buttonAttributes::Selection;
         const qint32 command = buttonAttributes::Command;
-        QTest::newRow("circle recoloured")
-            << circle << "recolour" << QPoint(50, 50) << QColor(30, 30, 200);
+        // The size-10 box fills (45, 45) to (53, 53); the circle leaves its corners.
+        const QList<QPoint> box{{49, 49}, {44, 49}, {49, 54}, {45, 45}, {53, 53}};
+        const QColor white(224, 224, 224);
+        const QColor grey(128, 128, 128);
+        QTest::newRow("one name") << a << circle << "" << box
+                                  << QList<QColor>{red, canvas, canvas, red, red};
+        QTest::newRow("two names")
+            << ab << circle << "" << box << QList<QColor>{red, canvas, canvas, canvas, canvas};
+        QTest::newRow("lit") << a << circle << "light" << box
+                             << QList<QColor>{white, canvas, canvas, white, white};
+        QTest::newRow("partly lit") << ab << circle << "light partly" << box
+                                    << QList<QColor>{grey, canvas, canvas, canvas, canvas};
+        QTest::newRow("circle recoloured") << ab << circle << "recolour" << QList<QPoint>{{50, 50}}
+                                           << QList<QColor>{QColor(30, 30, 200)};
+        // Lightened, and outlined in white: the half-pixel outline blends into the left edge.
         QTest::newRow("command lit")
-            << command << "light" << QPoint(50, 50) << QColor(red.lighter(150).rgb());
+            << ab << command << "light grown" << QList<QPoint>{{50, 50}, {35, 50}}
+            << QList<QColor>{QColor(red.lighter(150).rgb()), QColor(255, 126, 126)};
         // Inside the grown shape, outside the first one.
-        QTest::newRow("circle grown") << circle << "grow" << QPoint(33, 50) << red;
-        QTest::newRow("command zoomed") << command << "zoom" << QPoint(115, 100) << red;
+        QTest::newRow("circle grown")
+            << ab << circle << "grown" << QList<QPoint>{{37, 50}} << QList<QColor>{red};
+        QTest::newRow("command zoomed")
+            << ab << command << "zoom" << QList<QPoint>{{105, 100}} << QList<QColor>{red};
     }
 
-    void repaint_shows_a_changed_look() {
+    void button_looks() {
+        QFETCH(QStringList, names);
         QFETCH(qint32, type);
         QFETCH(QString, change);
-        QFETCH(QPoint, probe);
-        QFETCH(QColor, expected);
+        QFETCH(QList<QPoint>, probes);
+        QFETCH(QList<QColor>, colours);
         picker_view view;
-        view.resize(200, 150);
-        view.push_button(button_at(QPoint(50, 50), ab, 20, type), -1);
+        view.resize(240, 200);
+        view.push_button(button_at(QPoint(50, 50), names, 10, type), -1);
         render(view);
 
         buttonRecord& button = (*view.buttons())[0];
+        if (change.startsWith(QLatin1String("light")))
+            button.selected =
+                change.endsWith(QLatin1String("partly")) ? buttonRecord::Some : buttonRecord::All;
+        if (change.endsWith(QLatin1String("grown")))
+            view.set_button_size(&button, 30);
         if (change == QLatin1String("recolour"))
             button.att.color = QColor(30, 30, 200).rgb();
-        else if (change == QLatin1String("light"))
-            button.selected = buttonRecord::All;
-        else if (change == QLatin1String("grow"))
-            view.set_button_size(&button, 40);
-        else
+        if (change == QLatin1String("zoom"))
             view.setZoom(2.0f, QPoint(0, 0));
-        QCOMPARE(render(view).pixelColor(probe), expected);
+        const QImage image = render(view);
+        for (int i = 0; i < probes.size(); ++i)
+            QCOMPARE(image.pixelColor(probes.at(i)), colours.at(i));
     }
 
     // Two buttons with the same label share what is drawn of it; a changed label colour or text

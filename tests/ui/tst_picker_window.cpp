@@ -6,7 +6,6 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QSignalSpy>
-#include <QStandardPaths>
 #include <QTest>
 
 namespace {
@@ -30,10 +29,7 @@ class tst_picker_window : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
-    }
+    void initTestCase() { isolate_settings(); }
 
     // Edit with a tab: empty undo stack, nothing selected, no picker data on the clipboard.
     void menu_states_data() {

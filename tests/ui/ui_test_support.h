@@ -1,14 +1,62 @@
 #pragma once
 
+#include "picker_view.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
+#include <QStandardPaths>
 #include <QTabWidget>
 #include <QTimer>
 #include <QWidget>
 
 #include <functional>
+#include <utility>
+
+// Keeps settings and the pickers config away from the user's.
+inline void isolate_settings() {
+    QStandardPaths::setTestModeEnabled(true);
+    qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
+}
+
+// A red button centred on pos; at zoom 1 size 20 answers widget points pos - 9 to pos + 9.
+inline buttonAttributes button_at(const QPoint& pos, const QStringList& names, int size = 10,
+                                  qint32 type = buttonAttributes::Selection) {
+    buttonAttributes att;
+    att.pos = pos;
+    att.size = size;
+    att.type = type;
+    att.color = 0xFFC81E1E;
+    att.sel = names;
+    return att;
+}
+
+inline void add_button(picker_view* view, const QPoint& pos, const QStringList& names,
+                       qint32 type = buttonAttributes::Selection) {
+    view->push_button(button_at(pos, names, 20, type), -1);
+}
+
+inline QList<qint16> lit_states(const picker_view* view) {
+    QList<qint16> states;
+    for (const buttonRecord& button : view->buttons())
+        states.append(button.selected);
+    return states;
+}
+
+inline QVector<QPoint> positions(const picker_view* view) {
+    QVector<QPoint> list;
+    for (const buttonRecord& button : view->buttons())
+        list.append(button.att.pos);
+    return list;
+}
+
+inline button_att_list attributes_of(const picker_view* view) {
+    button_att_list list;
+    for (const buttonRecord& button : view->buttons())
+        list.append(button.att);
+    return list;
+}
 
 // Finds a menu of the window's bar by position and an entry of it by its text.
 inline QMenu* menu_of(const QWidget& window, int index) {
@@ -42,17 +90,21 @@ inline QStringList tab_titles(const QWidget& window) {
     return titles;
 }
 
-// Hands the next modal dialog to answer once it is up; the dialog's exec() returns when answer
-// closes it.
-inline void answer_next_dialog(std::function<void(QWidget*)> answer) {
+// Hands the next window that up finds to answer once it is up: a modal exec() or a popup's
+// returns only when answer closes it.
+inline void answer_next(QWidget* (*up)(), std::function<void(QWidget*)> answer) {
     auto* poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, answer]() {
-        QWidget* dialog = QApplication::activeModalWidget();
-        if (dialog == nullptr)
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, up, answer]() {
+        QWidget* window = up();
+        if (window == nullptr)
             return;
         poll->stop();
         poll->deleteLater();
-        answer(dialog);
+        answer(window);
     });
     poll->start(0);
+}
+
+inline void answer_next_dialog(std::function<void(QWidget*)> answer) {
+    answer_next(&QApplication::activeModalWidget, std::move(answer));
 }
