@@ -206,43 +206,6 @@ private slots:
         QCOMPARE(view_->toolTip(), QString());
     }
 
-    // Buttons 0 (a), 1 (b), 2 (a again); clicks at their centres.
-    void clicks_reach_the_host_data() {
-        QTest::addColumn<QList<int>>("clicks");
-        QTest::addColumn<QList<int>>("shifted"); // which clicks hold Shift
-        QTest::addColumn<QStringList>("hostSelection");
-        QTest::addColumn<QList<qint16>>("lit");
-
-        const QString a = QStringLiteral("a");
-        QTest::newRow("click a") << QList<int>{0} << QList<int>{} << QStringList{a}
-                                 << QList<qint16>{1, 0, 1};
-        QTest::newRow("Shift-click toggles a off")
-            << QList<int>{0, 1, 0} << QList<int>{1, 2} << QStringList{QStringLiteral("b")}
-            << QList<qint16>{0, 1, 0};
-    }
-
-    void clicks_reach_the_host() {
-        QFETCH(QList<int>, clicks);
-        QFETCH(QList<int>, shifted);
-        QFETCH(QStringList, hostSelection);
-        QFETCH(QList<qint16>, lit);
-        add_button(view_, QPoint(50, 50), {QStringLiteral("a")});
-        add_button(view_, QPoint(100, 50), {QStringLiteral("b")});
-        add_button(view_, QPoint(150, 50), {QStringLiteral("a")});
-
-        for (int i = 0; i < clicks.size(); ++i) {
-            const Qt::KeyboardModifiers modifiers =
-                shifted.contains(i) ? Qt::ShiftModifier : Qt::NoModifier;
-            QTest::mouseClick(view_, Qt::LeftButton, modifiers, QPoint(50 + 50 * clicks[i], 50));
-            host_->processIdle();
-        }
-
-        QCOMPARE(host_->selection(), hostSelection);
-        QCOMPARE(picker_window::selection(), hostSelection);
-        QCOMPARE(lit_states(view_), lit);
-        QCOMPARE(view_->undoer()->count(), 0);
-    }
-
     // At zoom 2 the lit a and b move by half the drag, truncated toward zero; c stays.
     void control_drag_moves_selection() {
         add_row(view_);
@@ -264,53 +227,70 @@ private slots:
         QCOMPARE(positions(view_), before);
     }
 
-    // The band is pressed at (30, 30) with c already selected in the host.
-    void marquee_follows_the_pointer_data() {
+    // Buttons a, b, c in a row and a second a below the first; c is already selected in the host.
+    // A left press that stays still is a click; the marquee bands are pressed at (30, 30).
+    void left_button_selects_data() {
         QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<QPoint>("press");
         QTest::addColumn<points>("path");
         QTest::addColumn<QList<qint16>>("lit");
         QTest::addColumn<QStringList>("hostSelection");
 
+        const auto none = Qt::KeyboardModifiers();
         const auto shift = Qt::KeyboardModifiers(Qt::ShiftModifier);
-        const QList<qint16> onlyC{0, 0, 1};
-        const QStringList c{QStringLiteral("c")};
-        QTest::newRow("3 across: no band") << shift << points{{33, 30}} << onlyC << c;
-        QTest::newRow("4 across: a band") << shift << points{{26, 30}} << onlyC << c;
+        const QPoint band(30, 30);
+        const QList<qint16> onlyC{0, 0, 1, 0};
         const QString a = QStringLiteral("a");
-        QTest::newRow("plain band over a") << Qt::KeyboardModifiers() << points{{70, 70}}
-                                           << QList<qint16>{1, 0, 0} << QStringList{a};
+        const QString c = QStringLiteral("c");
+        QTest::newRow("click a") << none << QPoint(50, 50) << points{} << QList<qint16>{1, 0, 0, 1}
+                                 << QStringList{a};
+        QTest::newRow("Shift-click adds a") << shift << QPoint(50, 50) << points{}
+                                            << QList<qint16>{1, 0, 1, 1} << QStringList{c, a};
+        QTest::newRow("Shift-click toggles c off")
+            << shift << QPoint(150, 50) << points{} << QList<qint16>{0, 0, 0, 0} << QStringList();
+        QTest::newRow("3 across: no band")
+            << shift << band << points{{33, 30}} << onlyC << QStringList{c};
+        QTest::newRow("4 across: a band")
+            << shift << band << points{{26, 30}} << onlyC << QStringList{c};
+        QTest::newRow("plain band over a")
+            << none << band << points{{70, 70}} << QList<qint16>{1, 0, 0, 1} << QStringList{a};
         QTest::newRow("Shift band grows over a and b")
-            << shift << points{{70, 70}, {120, 70}} << QList<qint16>{1, 1, 1}
-            << QStringList{c[0], a, QStringLiteral("b")};
-        QTest::newRow("Shift band shrinks off b") << shift << points{{120, 70}, {70, 70}}
-                                                  << QList<qint16>{1, 0, 1} << QStringList{c[0], a};
+            << shift << band << points{{70, 70}, {120, 70}} << QList<qint16>{1, 1, 1, 1}
+            << QStringList{c, a, QStringLiteral("b")};
+        QTest::newRow("Shift band shrinks off b") << shift << band << points{{120, 70}, {70, 70}}
+                                                  << QList<qint16>{1, 0, 1, 1} << QStringList{c, a};
     }
 
-    void marquee_follows_the_pointer() {
+    void left_button_selects() {
         QFETCH(Qt::KeyboardModifiers, modifiers);
+        QFETCH(QPoint, press);
         QFETCH(points, path);
         QFETCH(QList<qint16>, lit);
         QFETCH(QStringList, hostSelection);
         add_row(view_);
+        add_button(view_, QPoint(50, 100), {QStringLiteral("a")});
         QVERIFY(host_->setSelection({QStringLiteral("c")}));
 
-        QTest::mousePress(view_, Qt::LeftButton, modifiers, QPoint(30, 30));
+        QTest::mousePress(view_, Qt::LeftButton, modifiers, press);
         for (const QPoint& p : path)
             QTest::mouseMove(view_, p);
         QCOMPARE(lit_states(view_), lit);
-        // The band shows once the pointer has gone more than 3 pixels.
-        const QPoint end = path.last();
+        // The band shows once the pointer has gone more than 3 pixels, from the press to it.
+        const QPoint end = path.isEmpty() ? press : path.last();
         const marquee_overlay* marquee = view_->overlay()->marquee();
-        QCOMPARE(!marquee->isEmpty(), (end - QPoint(30, 30)).manhattanLength() > 3);
+        QCOMPARE(!marquee->isEmpty(), (end - press).manhattanLength() > 3);
         if (!marquee->isEmpty())
-            QCOMPARE(marquee->bounds(), QRect(qMin(30, end.x()), qMin(30, end.y()),
-                                              qAbs(end.x() - 30), qAbs(end.y() - 30)));
+            QCOMPARE(marquee->bounds(),
+                     QRect(qMin(press.x(), end.x()), qMin(press.y(), end.y()),
+                           qAbs(end.x() - press.x()), qAbs(end.y() - press.y())));
         QTest::mouseRelease(view_, Qt::LeftButton, modifiers, end);
         host_->processIdle();
         QVERIFY(marquee->isEmpty());
 
         QCOMPARE(host_->selection(), hostSelection);
+        QCOMPARE(picker_window::selection(), hostSelection);
         QCOMPARE(lit_states(view_), lit);
+        QCOMPARE(view_->undoer()->count(), 0);
     }
 
     void drag_zoom_data() {
