@@ -198,52 +198,30 @@ private slots:
         QCOMPARE(view.mapToPicker(widgetPoint), pickerPoint);
     }
 
-    void wheel_zooms_about_the_pointer_data() {
+    // A 400 x 400 view of two buttons spanning 100 x 50 picker units, centred on (49, 24).
+    void navigation_data() {
         QTest::addColumn<double>("startZoom");
-        QTest::addColumn<int>("delta");
-        QTest::addColumn<double>("zoom");
-        QTest::addColumn<QPoint>("shift");
-
-        // The notch's first count is swallowed: +-120 is one step, +-60 none.
-        QTest::newRow("notch in") << 1.0 << 120 << 1.0625 << QPoint(-6, -3);
-        QTest::newRow("notch out") << 1.0 << -120 << 0.9375 << QPoint(7, 4);
-        QTest::newRow("half notch in") << 1.0 << 60 << 1.0 << QPoint(0, 0);
-        QTest::newRow("half notch out") << 1.0 << -60 << 1.0 << QPoint(0, 0);
-        QTest::newRow("at the upper limit") << 16.0 << 120 << 16.0 << QPoint(0, 0);
-    }
-
-    void wheel_zooms_about_the_pointer() {
-        QFETCH(double, startZoom);
-        QFETCH(int, delta);
-        QFETCH(double, zoom);
-        QFETCH(QPoint, shift);
-        picker_view view;
-        view.resize(300, 200);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
-        view.setZoom(static_cast<float>(startZoom), QPoint(0, 0));
-        const QPointF pointer(100, 60);
-        QWheelEvent wheel(pointer, QPointF(view.mapToGlobal(pointer.toPoint())), QPoint(),
-                          QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&view, &wheel);
-
-        QCOMPARE(view.zoom(), zoom);
-        QCOMPARE(view.shift(), shift);
-    }
-
-    void framing_data() {
+        QTest::addColumn<int>("wheel"); // 0: Frame View instead
         QTest::addColumn<int>("selectedButton");
         QTest::addColumn<double>("zoom");
         QTest::addColumn<QPoint>("shift");
 
-        // The two buttons span 100 x 50 picker units: min(400 / 100, 400 / 50) * 0.75 = 3; the
-        // centre (49, 24) goes to (200, 200).
-        QTest::newRow("all buttons") << -1 << 3.0 << QPoint(53, 128);
+        // About the pointer at (100, 60); the notch's first count is swallowed: +-120 is one step,
+        // +-60 none.
+        QTest::newRow("notch in") << 1.0 << 120 << -1 << 1.0625 << QPoint(-6, -3);
+        QTest::newRow("notch out") << 1.0 << -120 << -1 << 0.9375 << QPoint(7, 4);
+        QTest::newRow("half notch in") << 1.0 << 60 << -1 << 1.0 << QPoint(0, 0);
+        QTest::newRow("half notch out") << 1.0 << -60 << -1 << 1.0 << QPoint(0, 0);
+        QTest::newRow("at the upper limit") << 16.0 << 120 << -1 << 16.0 << QPoint(0, 0);
+        // min(400 / 100, 400 / 50) * 0.75 = 3; the centre goes to (200, 200).
+        QTest::newRow("frame all buttons") << 1.0 << 0 << -1 << 3.0 << QPoint(53, 128);
         // One 10-unit button alone would need 30: the zoom stops at 16.
-        QTest::newRow("selected only") << 1 << 16.0 << QPoint(-1304, -504);
+        QTest::newRow("frame selected only") << 1.0 << 0 << 1 << 16.0 << QPoint(-1304, -504);
     }
 
-    void framing() {
+    void navigation() {
+        QFETCH(double, startZoom);
+        QFETCH(int, wheel);
         QFETCH(int, selectedButton);
         QFETCH(double, zoom);
         QFETCH(QPoint, shift);
@@ -253,14 +231,23 @@ private slots:
         view.push_button(button_at(QPoint(95, 45), {QStringLiteral("b")}), -1);
         if (selectedButton >= 0)
             (*view.buttons())[selectedButton].selected = buttonRecord::All;
+        view.setZoom(static_cast<float>(startZoom), QPoint(0, 0));
 
-        view.frame_view();
-        // The zoom lands on the eighth animation tick.
-        for (int tick = 0; tick < 8; ++tick) {
-            QVERIFY(view.animating());
-            view.animate_zoom();
+        if (wheel != 0) {
+            const QPointF pointer(100, 60);
+            QWheelEvent event(pointer, QPointF(view.mapToGlobal(pointer.toPoint())), QPoint(),
+                              QPoint(0, wheel), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                              false);
+            QApplication::sendEvent(&view, &event);
+        } else {
+            view.frame_view();
+            // The zoom lands on the eighth animation tick.
+            for (int tick = 0; tick < 8; ++tick) {
+                QVERIFY(view.animating());
+                view.animate_zoom();
+            }
+            QVERIFY(!view.animating());
         }
-        QVERIFY(!view.animating());
         QCOMPARE(view.zoom(), zoom);
         QCOMPARE(view.shift(), shift);
     }
