@@ -177,11 +177,10 @@ private slots:
         QTest::addColumn<point_list>("placed");
 
         // The view is 200 x 100 at zoom 1: its centre (99, 49) is picker (99, 49).
-        const point_list group{QPoint(10, 10), QPoint(30, 20), QPoint(20, 40)};
+        const point_list group{{10, 10}, {30, 20}, {20, 40}};
         QTest::newRow("in place") << group << true << group;
         // Position bounds (10, 10)-(30, 40), centre (20, 25): offset (79, 24).
-        QTest::newRow("centred") << group << false
-                                 << point_list{QPoint(89, 34), QPoint(109, 44), QPoint(99, 64)};
+        QTest::newRow("centred") << group << false << point_list{{89, 34}, {109, 44}, {99, 64}};
     }
 
     void paste_places_and_selects() {
@@ -249,21 +248,19 @@ private slots:
         QTest::addColumn<point_list>("undone");
 
         const index_list three{0, 1, 2};
-        const point_list spread{QPoint(0, 3), QPoint(10, 3), QPoint(40, 3)};
+        const point_list spread{{0, 3}, {10, 3}, {40, 3}};
         QTest::newRow("distribute 0 10 40")
-            << 2 << spread << three << point_list{QPoint(0, 3), QPoint(21, 3), QPoint(42, 3)}
-            << spread;
+            << 2 << spread << three << point_list{{0, 3}, {21, 3}, {42, 3}} << spread;
         // Right to left: undo hands the saved positions out in sorted order.
         QTest::newRow("distribute listed right to left")
-            << 2 << point_list{QPoint(40, 3), QPoint(10, 3), QPoint(0, 3)} << three
-            << point_list{QPoint(42, 3), QPoint(21, 3), QPoint(0, 3)} << spread;
+            << 2 << point_list{{40, 3}, {10, 3}, {0, 3}} << three
+            << point_list{{42, 3}, {21, 3}, {0, 3}} << spread;
         QTest::newRow("align y 10 20 31 at 20")
-            << 0 << point_list{QPoint(0, 10), QPoint(5, 20), QPoint(9, 31)} << three
-            << point_list{QPoint(0, 20), QPoint(5, 20), QPoint(9, 20)}
-            << point_list{QPoint(0, 10), QPoint(5, 20), QPoint(9, 31)};
+            << 0 << point_list{{0, 10}, {5, 20}, {9, 31}} << three
+            << point_list{{0, 20}, {5, 20}, {9, 20}} << point_list{{0, 10}, {5, 20}, {9, 31}};
         QTest::newRow("align truncates toward zero")
-            << 0 << point_list{QPoint(0, -3), QPoint(5, -4)} << index_list{0, 1}
-            << point_list{QPoint(0, -3), QPoint(5, -3)} << point_list{QPoint(0, -3), QPoint(5, -4)};
+            << 0 << point_list{{0, -3}, {5, -4}} << index_list{0, 1} << point_list{{0, -3}, {5, -3}}
+            << point_list{{0, -3}, {5, -4}};
     }
 
     void arrange() {

@@ -63,13 +63,16 @@ inline QMenu* menu_of(const QWidget& window, int index) {
     return window.findChild<QMenuBar*>()->actions().at(index)->menu();
 }
 
-inline QAction* entry_of(const QWidget& window, int menuIndex, const QString& text) {
-    const QList<QAction*> actions = menu_of(window, menuIndex)->actions();
+inline QAction* action_of(const QList<QAction*>& actions, const QString& text) {
     for (QAction* action : actions) {
         if (action->text() == text)
             return action;
     }
     return nullptr;
+}
+
+inline QAction* entry_of(const QWidget& window, int menuIndex, const QString& text) {
+    return action_of(menu_of(window, menuIndex)->actions(), text);
 }
 
 // Opens and closes a menu the way the user does, so its aboutToShow refresh runs.
