@@ -20,7 +20,8 @@ inline void isolate_settings() {
     qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
 }
 
-// A red button centred on pos; at zoom 1 size 20 answers widget points pos - 9 to pos + 9.
+// A button of red (200, 30, 30) centred on pos; at zoom 1 size 20 answers widget points pos - 9
+// to pos + 9.
 inline buttonAttributes button_at(const QPoint& pos, const QStringList& names, int size = 10,
                                   qint32 type = buttonAttributes::Selection) {
     buttonAttributes att;
