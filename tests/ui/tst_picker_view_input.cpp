@@ -11,7 +11,6 @@
 
 #include <QBitmap>
 #include <QDockWidget>
-#include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
 
