@@ -5,7 +5,13 @@
 
 #include "picker_types.h"
 
+#include <QBuffer>
 #include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QRandomGenerator>
 
 namespace picker_test_vectors {
 
@@ -15,6 +21,44 @@ inline QByteArray hex(const char* text) {
 
 inline QString text(const char* utf8) {
     return QString::fromUtf8(utf8);
+}
+
+inline QString operator""_q(const char* utf8, std::size_t size) {
+    return QString::fromUtf8(utf8, int(size));
+}
+
+// Names written as one blank-separated string.
+inline QStringList words(const char* blankSeparated) {
+    return text(blankSeparated).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+inline QByteArray pngOf(const QImage& image) {
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return png;
+}
+
+// A PNG of noise: what a background costs when it deflates poorly.
+inline QByteArray noisePng(int side) {
+    QImage image(side, side, QImage::Format_ARGB32);
+    QRandomGenerator generator(7);
+    for (int y = 0; y < side; ++y)
+        for (int x = 0; x < side; ++x)
+            image.setPixel(x, y, generator.generate());
+    return pngOf(image);
+}
+
+inline QByteArray readBytes(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline bool writeBytes(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    return QDir().mkpath(QFileInfo(path).absolutePath()) && file.open(QIODevice::WriteOnly) &&
+           file.write(bytes) == bytes.size();
 }
 
 // A 2x1 RGBA PNG: an opaque red pixel, then blue at alpha 0x80.
