@@ -1,3 +1,4 @@
+#include "../core/picker_test_vectors.h"
 #include "picker_embedded_host.h"
 #include "picker_main.h"
 
@@ -12,6 +13,8 @@
 
 #include <memory>
 
+using namespace picker_test_vectors;
+
 namespace {
 
 using operation = picker_embedded_host::operation;
@@ -23,24 +26,21 @@ public:
     QStringList calls;
 
     void setSelection(const QStringList& names) override {
-        calls << QStringLiteral("setSelection:") + names.join(QLatin1Char(','));
+        calls << "setSelection:"_q + names.join(QLatin1Char(','));
     }
-    void reset() override { calls << QStringLiteral("reset"); }
+    void reset() override { calls << "reset"_q; }
     void streamFrom(QDataStream& stream) override {
-        calls << QStringLiteral("streamFrom:") +
-                     QString::fromLatin1(stream.device()->readAll().toHex());
+        calls << "streamFrom:"_q + QString::fromLatin1(stream.device()->readAll().toHex());
     }
-    void fetchFrontImageData() override { calls << QStringLiteral("fetchFrontImageData"); }
+    void fetchFrontImageData() override { calls << "fetchFrontImageData"_q; }
     void setBackgroundImage(const QString& key, const QPixmap&) override { calls << key; }
-    void save_current() override { calls << QStringLiteral("save_current"); }
-    void saveas_current() override { calls << QStringLiteral("saveas_current"); }
+    void save_current() override { calls << "save_current"_q; }
+    void saveas_current() override { calls << "saveas_current"_q; }
     void load_pickers(const QStringList& paths) override {
-        calls << QStringLiteral("load_pickers:") + paths.join(QLatin1Char('|'));
+        calls << "load_pickers:"_q + paths.join(QLatin1Char('|'));
     }
     void rebindFront(const QStringList& namespaces, bool rebind) override {
-        calls << QStringLiteral("rebindFront:%1:%2")
-                     .arg(namespaces.join(QLatin1Char(',')))
-                     .arg(rebind ? 1 : 0);
+        calls << "rebindFront:%1:%2"_q.arg(namespaces.join(QLatin1Char(','))).arg(rebind ? 1 : 0);
     }
 };
 
@@ -57,7 +57,7 @@ QString compressed_base64(const QByteArray& bytes) {
 }
 
 QSettings settings() {
-    return QSettings(QStringLiteral("Talvora"), QStringLiteral("picker"));
+    return QSettings("Talvora"_q, "picker"_q);
 }
 
 } // namespace
@@ -71,7 +71,7 @@ class tst_picker_main : public QObject {
         if (!picker_main::host())
             picker_main::initialize(*host_, &make_test_window);
         host_->processIdle();
-        host_->executeCommand(QStringLiteral("TalvoraPicker"));
+        host_->executeCommand("TalvoraPicker"_q);
         host_->processIdle();
         host_->clearScriptLog();
         if (lastWindow)
@@ -85,9 +85,7 @@ private slots:
     void init() {
         settings().clear();
         host_ = std::make_unique<picker_embedded_host>();
-        host_->openScene({QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("hero:x"),
-                          QStringLiteral("hero:sub:y")},
-                         {});
+        host_->openScene({"b"_q, "c"_q, "hero:x"_q, "hero:sub:y"_q}, {});
     }
 
     void cleanup() {
@@ -103,63 +101,58 @@ private slots:
         host_->setFailing(operation::deregisterCommand, true);
         QVERIFY(!picker_main::uninitialize().ok());
         QCOMPARE(host_->scriptLog(),
-                 QStringList{QStringLiteral("// Error: TalvoraPicker - could not deregister the "
-                                            "plugin: ") +
-                             QStringLiteral("(kFailure): Unexpected Internal Failure ")});
-        QVERIFY(host_->isCommandRegistered(QStringLiteral("TalvoraPicker")));
-        QCOMPARE(host_->callbackCount(QStringLiteral("SceneOpened")), 1);
+                 QStringList{"// Error: TalvoraPicker - could not deregister the "
+                             "plugin: "_q +
+                             "(kFailure): Unexpected Internal Failure "_q});
+        QVERIFY(host_->isCommandRegistered("TalvoraPicker"_q));
+        QCOMPARE(host_->callbackCount("SceneOpened"_q), 1);
         QVERIFY(!picker_main::dock());
     }
 
     // The dock the command makes, and the scene events it then serves.
     void dockFollowsTheScene() {
         QVERIFY(picker_main::initialize(*host_, &make_test_window).ok());
-        QVERIFY(host_->executeCommand(QStringLiteral("TalvoraPicker")).ok());
+        QVERIFY(host_->executeCommand("TalvoraPicker"_q).ok());
 
         QDockWidget* dock = picker_main::dock();
         QVERIFY(dock);
-        QCOMPARE(dock->windowTitle(), QStringLiteral("TalvoraPicker"));
+        QCOMPARE(dock->windowTitle(), "TalvoraPicker"_q);
         QCOMPARE(dock->parentWidget(), host_->mainWindow());
         QVERIFY(dock->isFloating());
         QCOMPARE(dock->allowedAreas(), Qt::DockWidgetAreas(Qt::NoDockWidgetArea));
         // The scene restore waits for idle; the current selection is shown at once.
         QCOMPARE(host_->pendingMel().last(),
-                 QStringLiteral("TalvoraPicker restore `fileInfo -q \"TalvoraPickerData\"`;"));
+                 "TalvoraPicker restore `fileInfo -q \"TalvoraPickerData\"`;"_q);
         test_window* window = lastWindow;
-        QCOMPARE(window->calls, QStringList{QStringLiteral("setSelection:")});
+        QCOMPARE(window->calls, QStringList{"setSelection:"_q});
         host_->processIdle();
-        QCOMPARE(window->calls.last(), QStringLiteral("reset"));
+        QCOMPARE(window->calls.last(), "reset"_q);
 
         window->calls.clear();
-        host_->openScene({QStringLiteral("b")},
-                         {{QStringLiteral("TalvoraPickerData"),
-                           compressed_base64(QByteArray("\x00\x00\x00\x04tabs", 8))}});
+        host_->openScene({"b"_q}, {{"TalvoraPickerData"_q,
+                                    compressed_base64(QByteArray("\x00\x00\x00\x04tabs", 8))}});
         QVERIFY(window->calls.isEmpty());
         host_->processIdle();
-        QCOMPARE(window->calls, (QStringList{QStringLiteral("streamFrom:0000000474616273"),
-                                             QStringLiteral("setSelection:"),
-                                             QStringLiteral("fetchFrontImageData")}));
+        QCOMPARE(window->calls, (QStringList{"streamFrom:0000000474616273"_q, "setSelection:"_q,
+                                             "fetchFrontImageData"_q}));
         window->calls.clear();
-        host_->raiseEvent(QStringLiteral("deleteAll"));
+        host_->raiseEvent("deleteAll"_q);
         host_->newScene();
-        QCOMPARE(window->calls, QStringList({QStringLiteral("reset"), QStringLiteral("reset"),
-                                             QStringLiteral("reset")}));
+        QCOMPARE(window->calls, QStringList({"reset"_q, "reset"_q, "reset"_q}));
     }
 
     void batchSession_data() {
         QTest::addColumn<QString>("mel");
         QTest::addColumn<QStringList>("selected");
         QTest::addColumn<bool>("refused");
-        const QStringList before{QStringLiteral("b")};
-        QTest::newRow("no arguments") << QStringLiteral("TalvoraPicker") << before << true;
+        const QStringList before{"b"_q};
+        QTest::newRow("no arguments") << "TalvoraPicker"_q << before << true;
         for (const char* directive : {"restore", "bind", "open"})
             QTest::newRow(directive)
-                << QStringLiteral("TalvoraPicker %1 a b").arg(QLatin1String(directive)) << before
-                << true;
-        QTest::newRow("select") << QStringLiteral("TalvoraPicker select c hero:x")
-                                << QStringList{QStringLiteral("c"), QStringLiteral("hero:x")}
-                                << false;
-        QTest::newRow("clear") << QStringLiteral("TalvoraPicker clear") << QStringList() << false;
+                << "TalvoraPicker %1 a b"_q.arg(QLatin1String(directive)) << before << true;
+        QTest::newRow("select") << "TalvoraPicker select c hero:x"_q
+                                << QStringList{"c"_q, "hero:x"_q} << false;
+        QTest::newRow("clear") << "TalvoraPicker clear"_q << QStringList() << false;
     }
 
     void batchSession() {
@@ -170,14 +163,14 @@ private slots:
         const int widgetsBefore = QApplication::topLevelWidgets().size();
         QVERIFY(picker_main::initialize(*host_, &make_test_window).ok());
         host_->processIdle();
-        QVERIFY(host_->setSelection({QStringLiteral("b")}));
+        QVERIFY(host_->setSelection({"b"_q}));
 
         QCOMPARE(host_->executeCommand(mel).ok(), !refused);
         QCOMPARE(host_->selection(), selected);
         QCOMPARE(host_->scriptLog(),
-                 refused ? QStringList{QStringLiteral(
-                               "// Error: TalvoraPicker - no user interface in this session")}
-                         : QStringList());
+                 refused
+                     ? QStringList{"// Error: TalvoraPicker - no user interface in this session"_q}
+                     : QStringList());
         // Scene events find no window to serve and make none.
         host_->newScene();
         QVERIFY(!lastWindow);
@@ -192,29 +185,24 @@ private slots:
 
         // Select skips the names it cannot find; the picker hears of the outcome once.
         QTest::newRow("select, first name missing")
-            << QStringLiteral("TalvoraPicker select a b c") << true
-            << QStringList{QStringLiteral("setSelection:b,c")} << QString();
+            << "TalvoraPicker select a b c"_q << true << QStringList{"setSelection:b,c"_q}
+            << QString();
         QTest::newRow("select, last name missing fails")
-            << QStringLiteral("TalvoraPicker select b nope") << false
-            << QStringList{QStringLiteral("setSelection:b")} << QString();
-        QTest::newRow("open") << QStringLiteral("TalvoraPicker open \"/p/a.pkr\" \"/p/b c.pkr\"")
-                              << true
-                              << QStringList{QStringLiteral("load_pickers:/p/a.pkr|/p/b c.pkr")}
-                              << QString();
-        QTest::newRow("rebind") << QStringLiteral("TalvoraPicker rebind `picker_ListNamespaces`;")
-                                << true
-                                << QStringList{QStringLiteral("rebindFront:hero,hero:sub:1")}
-                                << QString();
-        QTest::newRow("restore not compressed")
-            << QStringLiteral("TalvoraPicker restore \"QUJDREVGR0g=\"") << false
-            << QStringList{QStringLiteral("reset")} << QString();
+            << "TalvoraPicker select b nope"_q << false << QStringList{"setSelection:b"_q}
+            << QString();
+        QTest::newRow("open") << "TalvoraPicker open \"/p/a.pkr\" \"/p/b c.pkr\""_q << true
+                              << QStringList{"load_pickers:/p/a.pkr|/p/b c.pkr"_q} << QString();
+        QTest::newRow("rebind") << "TalvoraPicker rebind `picker_ListNamespaces`;"_q << true
+                                << QStringList{"rebindFront:hero,hero:sub:1"_q} << QString();
+        QTest::newRow("restore not compressed") << "TalvoraPicker restore \"QUJDREVGR0g=\""_q
+                                                << false << QStringList{"reset"_q} << QString();
         // Only as many characters as the key has are decoded: one is never valid base64.
         QTest::newRow("image with a one-byte key")
-            << QStringLiteral("TalvoraPicker fetch_image k \"iVBORw0KGgo=\"") << false
-            << QStringList() << QString();
+            << "TalvoraPicker fetch_image k \"iVBORw0KGgo=\""_q << false << QStringList()
+            << QString();
         QTest::newRow("directives are case-sensitive")
-            << QStringLiteral("TalvoraPicker SELECT b") << false << QStringList()
-            << QStringLiteral("TalvoraPicker - unknown directive: SELECT");
+            << "TalvoraPicker SELECT b"_q << false << QStringList()
+            << "TalvoraPicker - unknown directive: SELECT"_q;
     }
 
     void directives() {
@@ -226,9 +214,8 @@ private slots:
         QVERIFY(window);
         QCOMPARE(host_->executeCommand(mel).ok(), succeeds);
         QCOMPARE(window->calls, calls);
-        QCOMPARE(host_->scriptLog().filter(QStringLiteral("// Error: ")),
-                 error.isEmpty() ? QStringList()
-                                 : QStringList{QStringLiteral("// Error: ") + error});
+        QCOMPARE(host_->scriptLog().filter("// Error: "_q),
+                 error.isEmpty() ? QStringList() : QStringList{"// Error: "_q + error});
     }
 
     void settingsAppliedAndStored_data() {
@@ -242,8 +229,8 @@ private slots:
     void settingsAppliedAndStored() {
         QFETCH(QRect, stored);
         QFETCH(QRect, shown);
-        settings().setValue(QStringLiteral("pickerSize"), stored.size());
-        settings().setValue(QStringLiteral("pickerPosition"), stored.topLeft());
+        settings().setValue("pickerSize"_q, stored.size());
+        settings().setValue("pickerPosition"_q, stored.topLeft());
         if (shown.isNull()) {
             shown.setSize(stored.size());
             shown.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
@@ -255,8 +242,8 @@ private slots:
         host_->quit();
         QVERIFY(!picker_main::dock());
         QVERIFY(!lastWindow);
-        QCOMPARE(settings().value(QStringLiteral("pickerSize")).toSize(), QSize(210, 220));
-        QCOMPARE(settings().value(QStringLiteral("pickerPosition")).toPoint(), QPoint(50, 60));
+        QCOMPARE(settings().value("pickerSize"_q).toSize(), QSize(210, 220));
+        QCOMPARE(settings().value("pickerPosition"_q).toPoint(), QPoint(50, 60));
     }
 };
 

@@ -1,5 +1,6 @@
 // The Maya adapter, built from its own sources against the stand-in devkit: what reaches Maya's
 // API on load, unload, command calls and selection changes.
+#include "../core/picker_test_vectors.h"
 #include "maya_fake.h"
 
 #include "picker_main.h"
@@ -16,6 +17,8 @@
 
 #include <string>
 #include <vector>
+
+using namespace picker_test_vectors;
 
 MStatus initializePlugin(MObject obj);
 MStatus uninitializePlugin(MObject obj);
@@ -48,13 +51,12 @@ std::vector<maya_fake::arg> argSlots(const QStringList& written) {
 }
 
 QString failed(const char* message) {
-    return QStringLiteral("TalvoraPicker - %1: (kFailure): Unexpected Internal Failure ")
-        .arg(QLatin1String(message));
+    return "TalvoraPicker - %1: (kFailure): Unexpected Internal Failure "_q.arg(
+        QLatin1String(message));
 }
 
-const QStringList allEvents = {QStringLiteral("SelectionChanged"),
-                               QStringLiteral("quitApplication"), QStringLiteral("deleteAll"),
-                               QStringLiteral("NewSceneOpened"), QStringLiteral("SceneOpened")};
+const QStringList allEvents = {"SelectionChanged"_q, "quitApplication"_q, "deleteAll"_q,
+                               "NewSceneOpened"_q, "SceneOpened"_q};
 
 } // namespace
 
@@ -91,8 +93,7 @@ private slots:
         QVERIFY(initializePlugin(MObject()));
         QCOMPARE(maya_fake::pluginOpens().size(), std::size_t(1));
         QCOMPARE(maya_fake::pluginOpens()[0].version, std::string(PICKER_VERSION));
-        QCOMPARE(toQt(maya_fake::registeredCommands()),
-                 QStringList{QStringLiteral("TalvoraPicker")});
+        QCOMPARE(toQt(maya_fake::registeredCommands()), QStringList{"TalvoraPicker"_q});
         QCOMPARE(toQt(maya_fake::registeredEvents()), allEvents);
         const std::vector<maya_fake::idle_command> queued = maya_fake::takeIdleQueue();
         QCOMPARE(queued.size(), std::size_t(1));
@@ -106,9 +107,7 @@ private slots:
         const int stringReadsBefore = maya_fake::itemStringReads();
         maya_fake::fireEvent("SelectionChanged");
         QCOMPARE(maya_fake::itemStringReads() - stringReadsBefore, 2);
-        QCOMPARE(picker_window::selection(),
-                 (QStringList{QStringLiteral("b"), QStringLiteral("c.vtx[0]"),
-                              QStringLiteral("c.vtx[4:5]")}));
+        QCOMPARE(picker_window::selection(), (QStringList{"b"_q, "c.vtx[0]"_q, "c.vtx[4:5]"_q}));
 
         QVERIFY(uninitializePlugin(MObject()));
         QCOMPARE(maya_fake::pluginOpens().at(1).version, std::string("1.0"));
@@ -133,18 +132,17 @@ private slots:
         QTest::addColumn<QStringList>("selection");
         QTest::addColumn<QString>("error");
 
-        const QString select = QStringLiteral("select");
-        QTest::newRow("one array")
-            << QStringList{select, QStringLiteral("[b,hero:root_ctrl]")}
-            << QStringList{QStringLiteral("b"), QStringLiteral("hero:root_ctrl")} << QString();
+        const QString select = "select"_q;
+        QTest::newRow("one array") << QStringList{select, "[b,hero:root_ctrl]"_q}
+                                   << QStringList{"b"_q, "hero:root_ctrl"_q} << QString();
         // A lone string is read as an array of the strings from there on.
         QTest::newRow("one string, utf-8 name")
             << QStringList{select, QString::fromUtf8("n\xc5\x93ud_\xc3\xa9")}
             << QStringList{QString::fromUtf8("n\xc5\x93ud_\xc3\xa9")} << QString();
         QTest::newRow("unreadable argument")
-            << QStringList{select, QStringLiteral("?")} << QStringList{QStringLiteral("d")}
-            << QStringLiteral("TalvoraPicker - could not parse the command: (kInvalidParameter): "
-                              "Object is incompatible with this method ");
+            << QStringList{select, "?"_q} << QStringList{"d"_q}
+            << "TalvoraPicker - could not parse the command: (kInvalidParameter): "
+               "Object is incompatible with this method "_q;
     }
 
     void commandArguments() {
@@ -169,7 +167,7 @@ private slots:
         maya_fake::fireEvent("SceneOpened");
 
         QCOMPARE(toQt(maya_fake::takeErrors()),
-                 QStringList{QStringLiteral("TalvoraPicker - no user interface in this session")});
+                 QStringList{"TalvoraPicker - no user interface in this session"_q});
         QVERIFY(!mainWindow_.findChild<QDockWidget*>());
         QVERIFY(maya_fake::takeIdleQueue().empty());
     }

@@ -1,3 +1,4 @@
+#include "../core/picker_test_vectors.h"
 #include "picker_dialog.h"
 #include "picker_embedded_host.h"
 #include "picker_main.h"
@@ -16,10 +17,12 @@
 
 #include <memory>
 
+using namespace picker_test_vectors;
+
 namespace {
 
-const QString size_key = QStringLiteral("editCommandWindowSize");
-const QString pos_key = QStringLiteral("editCommandWindowPos");
+const QString size_key = "editCommandWindowSize"_q;
+const QString pos_key = "editCommandWindowPos"_q;
 
 template <typename T>
 T* titled(QWidget* dialog, const QString& text) {
@@ -58,16 +61,7 @@ void pick_from_next_popup(const QString& entry) {
 }
 
 buttonAttributes command_button(qint32 api, const QString& label, const QStringList& sel) {
-    buttonAttributes att;
-    att.pos = QPoint(60, 60);
-    att.size = 20;
-    att.type = buttonAttributes::Command;
-    att.api = api;
-    att.color = 0xFF2222B2;
-    att.tcolor = 0xFFFFFFFF;
-    att.label = label;
-    att.sel = sel;
-    return att;
+    return {QPoint(60, 60), 20, buttonAttributes::Command, api, 0xFF2222B2, 0xFFFFFFFF, label, sel};
 }
 
 } // namespace
@@ -94,7 +88,7 @@ private slots:
     }
 
     void init() {
-        QSettings settings(QStringLiteral("Talvora"), QStringLiteral("picker"));
+        QSettings settings("Talvora"_q, "picker"_q);
         settings.remove(size_key);
         settings.remove(pos_key);
         host_->clearScriptLog();
@@ -118,21 +112,20 @@ private slots:
         QFETCH(bool, existing);
         QFETCH(bool, ok);
         QFETCH(int, steps);
-        const buttonAttributes original = command_button(
-            buttonAttributes::Python, QStringLiteral("Go"), {QStringLiteral("go()")});
+        const buttonAttributes original =
+            command_button(buttonAttributes::Python, "Go"_q, {"go()"_q});
         if (existing)
             view_->push_button(original, -1);
-        const QString script = QStringLiteral("print \"tested\";");
+        const QString script = "print \"tested\";"_q;
         QStringList queuedByTest;
-        pick_from_next_popup(existing ? QStringLiteral("Edit Command Button...")
-                                      : QStringLiteral("Add Command Button..."));
+        pick_from_next_popup(existing ? "Edit Command Button..."_q : "Add Command Button..."_q);
         answer_next_dialog([&](QWidget* dialog) {
-            dialog->findChild<QLineEdit*>()->setText(QStringLiteral("Wave"));
+            dialog->findChild<QLineEdit*>()->setText("Wave"_q);
             dialog->findChild<QTextEdit*>()->setPlainText(script);
-            QTest::mouseClick(titled<QRadioButton>(dialog, QStringLiteral("MEL")), Qt::LeftButton);
-            click(dialog, QStringLiteral("Test"));
+            QTest::mouseClick(titled<QRadioButton>(dialog, "MEL"_q), Qt::LeftButton);
+            click(dialog, "Test"_q);
             queuedByTest = host_->pendingMel();
-            click(dialog, ok ? QStringLiteral("OK") : QStringLiteral("Cancel"));
+            click(dialog, ok ? "OK"_q : "Cancel"_q);
         });
         QSignalSpy changed(view_.get(), &picker_view::changed);
 
@@ -150,21 +143,21 @@ private slots:
             return;
         }
         const buttonAttributes& att = view_->buttons()->at(0).att;
-        QCOMPARE(att.label, QStringLiteral("Wave"));
+        QCOMPARE(att.label, "Wave"_q);
         QCOMPARE(att.sel, QStringList{script});
         QCOMPARE(att.api, qint32(buttonAttributes::Mel));
         QCOMPARE(view_->mapToScreen(att.pos), QPoint(60, 60));
     }
 
     void name_limit() {
-        buttonAttributes att = command_button(buttonAttributes::Mel, QString(127, QLatin1Char('n')),
-                                              {QStringLiteral("s")});
+        buttonAttributes att =
+            command_button(buttonAttributes::Mel, QString(127, QLatin1Char('n')), {"s"_q});
         answer_next_dialog([&](QWidget* dialog) {
             auto* name = dialog->findChild<QLineEdit*>();
             name->setFocus();
             name->end(false);
-            QTest::keyClicks(name, QStringLiteral("xyz"));
-            click(dialog, QStringLiteral("OK"));
+            QTest::keyClicks(name, "xyz"_q);
+            click(dialog, "OK"_q);
         });
         QVERIFY(picker_editCmdDialog::do_dialog(view_.get(), &att));
         QCOMPARE(att.label, QString(127, QLatin1Char('n')) + QLatin1Char('x'));
@@ -187,7 +180,7 @@ private slots:
         QFETCH(QVariant, pos);
         QFETCH(QSize, openSize);
         QFETCH(QPoint, openPos);
-        QSettings settings(QStringLiteral("Talvora"), QStringLiteral("picker"));
+        QSettings settings("Talvora"_q, "picker"_q);
         settings.setValue(size_key, size);
         if (pos.isValid())
             settings.setValue(pos_key, pos);
@@ -199,7 +192,7 @@ private slots:
             seenPos = dialog->pos();
             dialog->resize(503, 471);
             dialog->move(41, 37);
-            click(dialog, QStringLiteral("Cancel"));
+            click(dialog, "Cancel"_q);
         });
         buttonAttributes att = command_button(buttonAttributes::Mel, QString(), {});
         QVERIFY(!picker_editCmdDialog::do_dialog(view_.get(), &att));
@@ -218,23 +211,22 @@ private slots:
     // Neither language is shown for an unknown one, which OK keeps; only the first command
     // line is edited.
     void unknown_language_is_kept() {
-        buttonAttributes att = command_button(7, QStringLiteral("L"),
-                                              {QStringLiteral("first"), QStringLiteral("second")});
+        buttonAttributes att = command_button(7, "L"_q, {"first"_q, "second"_q});
         bool checked = true;
         QString commandSeen;
         answer_next_dialog([&](QWidget* dialog) {
-            checked = titled<QRadioButton>(dialog, QStringLiteral("MEL"))->isChecked() ||
-                      titled<QRadioButton>(dialog, QStringLiteral("Python"))->isChecked();
+            checked = titled<QRadioButton>(dialog, "MEL"_q)->isChecked() ||
+                      titled<QRadioButton>(dialog, "Python"_q)->isChecked();
             auto* command = dialog->findChild<QTextEdit*>();
             commandSeen = command->toPlainText();
-            command->setPlainText(QStringLiteral("typed"));
-            click(dialog, QStringLiteral("OK"));
+            command->setPlainText("typed"_q);
+            click(dialog, "OK"_q);
         });
         QVERIFY(picker_editCmdDialog::do_dialog(view_.get(), &att));
         QVERIFY(!checked);
-        QCOMPARE(commandSeen, QStringLiteral("first"));
+        QCOMPARE(commandSeen, "first"_q);
         QCOMPARE(att.api, 7);
-        QCOMPARE(att.sel, (QStringList{QStringLiteral("typed"), QStringLiteral("second")}));
+        QCOMPARE(att.sel, (QStringList{"typed"_q, "second"_q}));
     }
 };
 
