@@ -20,6 +20,19 @@ const char arm_json[] =
     " \"color\": \"#FF2222B2\", \"tcolor\": \"#FFFFFFFF\", \"label\": \"Go\","
     " \"sel\": [\"print(1)\"]}]}";
 
+const char black[] = "\"color\": \"#FF000000\", \"tcolor\": \"#FF000000\"";
+
+// A selection button's description with the given colours and names.
+QByteArray button(const char* colours, const char* sel) {
+    return QByteArray(
+               "{\"pos\": [1, 2], \"size\": 3, \"type\": \"selection\", \"api\": \"mel\", ") +
+           colours + ", \"label\": \"a\", \"sel\": " + sel + "}";
+}
+
+QByteArray picker(const QByteArray& buttons) {
+    return "{\"title\": \"t\", \"buttons\": [" + buttons + "]}";
+}
+
 } // namespace
 
 class tst_picker_json : public QObject {
@@ -33,10 +46,8 @@ private slots:
     }
 
     void shortColourIsOpaque() {
-        const QByteArray json = "{\"title\": \"t\", \"buttons\": [{\"pos\": [1, 2], \"size\": 3,"
-                                " \"type\": \"selection\", \"api\": \"mel\", \"color\": "
-                                "\"#a0b1c2\", \"tcolor\": \"#0a0b0c0d\","
-                                " \"label\": \"a\", \"sel\": [\"n\"]}]}";
+        const QByteArray json =
+            picker(button("\"color\": \"#a0b1c2\", \"tcolor\": \"#0a0b0c0d\"", "[\"n\"]"));
         picker_tab_record tab;
         QCOMPARE(pickerFromJsonText(json, tab), QString());
         QCOMPARE(tab.buttons.at(0).color, 0xffa0b1c2u);
@@ -57,15 +68,7 @@ private slots:
                    "\"}"
             << "background: an image needs a \"backgroundKey\"";
         // The second button has no name: the path points at it.
-        QTest::newRow("no names") << QByteArray(
-                                         "{\"title\": \"t\", \"buttons\": [{\"sel\": [\"n\"], "
-                                         "\"pos\": [1, 2], \"size\": 3,"
-                                         " \"type\": \"selection\", \"api\": \"mel\", \"color\": "
-                                         "\"#FF000000\", \"tcolor\": \"#FF000000\","
-                                         " \"label\": \"a\"}, {\"sel\": [], \"pos\": [1, 2], "
-                                         "\"size\": 3, \"type\": \"selection\","
-                                         " \"api\": \"mel\", \"color\": \"#FF000000\", \"tcolor\": "
-                                         "\"#FF000000\", \"label\": \"a\"}]}")
+        QTest::newRow("no names") << picker(button(black, "[\"n\"]") + ", " + button(black, "[]"))
                                   << "buttons[1].sel: a button needs at least one name or a script";
     }
 

@@ -1,21 +1,75 @@
-#include "tools_test_vectors.h"
+#include "../core/picker_test_vectors.h"
+#include "picker_file.h"
 
+#include <QDataStream>
 #include <QImage>
+#include <QProcess>
 #include <QSet>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
 
-using namespace tools_vectors;
+using namespace picker_test_vectors;
+
+// pkrtool run as a user runs it, on picker files and scenes spelled out field by field.
+namespace {
+
+// A short ASCII QString as the stream writes it: byte length, then UTF-16BE.
+QByteArray utf16(const char* ascii) {
+    QByteArray bytes = hex("00000000");
+    bytes[3] = char(qstrlen(ascii) * 2);
+    for (const char* c = ascii; *c; ++c)
+        bytes.append('\0').append(*c);
+    return bytes;
+}
+
+// Version 4, title "Rig", empty key: selection button "Body" at (5, 6) size 10 in 0xFFB22222
+// with three names, then MEL command button "Hand" at (30, 6) holding the script.
+QByteArray fileWithNames(const char* arm, const char* other, const char* leg, const char* script) {
+    return hex("00000004 00000006 005200690067 00000000 00000002"
+               "00000000 00000005 00000006 0000000a 00000000 00000000 ffb22222 ff000000"
+               "00000008 0042006f00640079 00000003") +
+           utf16(arm) + utf16(other) + utf16(leg) +
+           hex("00000001 0000001e 00000006 0000000a 00000001 00000000 ff505050 ffffffff"
+               "00000008 00480061006e0064 00000001") +
+           utf16(script);
+}
+
+struct run_result {
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+} // namespace
 
 class tst_pkrtool : public QObject {
     Q_OBJECT
 
     std::unique_ptr<QTemporaryDir> dir_;
 
-    run_result run(const char* line) { return pkrtool(*dir_, QString::fromUtf8(line)); }
-    void write(const char* name, const QByteArray& bytes) { writeIn(*dir_, name, bytes); }
-    QByteArray read(const char* name) { return readIn(*dir_, name); }
+    // Runs pkrtool in the test folder with the blank-separated arguments.
+    run_result run(const QString& line) {
+        QProcess process;
+        process.setWorkingDirectory(dir_->path());
+        // Without a runtime folder the GUI side of render would warn on stderr.
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_RUNTIME_DIR"_q, dir_->path());
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(PKRTOOL_PATH),
+                      line.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        run_result result;
+        if (process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit)
+            result = {process.exitCode(), process.readAllStandardOutput(),
+                      process.readAllStandardError()};
+        return result;
+    }
+
+    void write(const char* name, const QByteArray& bytes) {
+        QVERIFY(writeBytes(dir_->filePath(text(name)), bytes));
+    }
+    QByteArray read(const char* name) { return readBytes(dir_->filePath(text(name))); }
 
 private slots:
     void init() {
@@ -26,8 +80,8 @@ private slots:
     void dumpThenBuildKeepsEveryByte() {
         const QByteArray file = pkrVersion4WithImage(tinyPng());
         write("in.pkr", file);
-        QCOMPARE(run("dump in.pkr -o in.json").exitCode, 0);
-        QCOMPARE(run("build in.json -o out.pkr").exitCode, 0);
+        QCOMPARE(run("dump in.pkr -o in.json"_q).exitCode, 0);
+        QCOMPARE(run("build in.json -o out.pkr"_q).exitCode, 0);
         QCOMPARE(read("out.pkr").toHex(), file.toHex());
     }
 
@@ -35,7 +89,7 @@ private slots:
         QByteArray newer = pkrVersion4();
         newer[3] = 7;
         write("in.pkr", newer);
-        const run_result result = run("info in.pkr");
+        const run_result result = run("info in.pkr"_q);
         QCOMPARE(result.err, QByteArray("pkrtool: warning: 'in.pkr' has format version 7, newer "
                                         "than this tool knows (4); showing what it understands\n"));
         QCOMPARE(result.out,
@@ -53,7 +107,7 @@ private slots:
     void namespaces() {
         write("in.pkr", fileWithNames("char1:arm", "Char2:x", "char1:sub:leg",
                                       "select \"char1:hand\" prop:gun;"));
-        const run_result result = run("namespaces in.pkr");
+        const run_result result = run("namespaces in.pkr"_q);
         QCOMPARE(result.out, QByteArray("char1\nchar1:sub\nChar2\n"));
         QCOMPARE(result.exitCode, 0);
     }
@@ -89,11 +143,11 @@ private slots:
                            "\"label\": \"a\", \"sel\": [\"n\"]}]}");
         write("out.pkr", tinyPng());
 
-        const run_result result = pkrtool(*dir_, arguments);
+        const run_result result = run(arguments);
         QCOMPARE(result.exitCode, exitCode);
         QCOMPARE(result.out, QByteArray());
         const QStringList lines = QString::fromUtf8(result.err).split(QLatin1Char('\n'));
-        QCOMPARE(lines.first(), QStringLiteral("pkrtool: ") + firstLine);
+        QCOMPARE(lines.first(), "pkrtool: "_q + firstLine);
         // Usage mistakes are followed by the usage text, file faults by nothing.
         QCOMPARE(lines.at(1).startsWith(QLatin1String("Usage: pkrtool")), exitCode == 2);
         QCOMPARE(lines.size() == 2, exitCode == 1);
@@ -109,7 +163,7 @@ private slots:
 
         const char* script = "select \"char1:hand\" prop:gun;";
         const QByteArray original = fileWithNames("char1:arm", "Char2:x", "char1:sub:leg", script);
-        const QString changed = QStringLiteral("changed 2 node names and 1 script\n");
+        const QString changed = "changed 2 node names and 1 script\n"_q;
         QTest::newRow("-o leaves the input")
             << original << "--map char1=hero: -o out.pkr" << changed << original
             << fileWithNames("hero:arm", "Char2:x", "hero:sub:leg",
@@ -120,15 +174,15 @@ private slots:
             << QByteArray();
         QTest::newRow("an unused namespace is refused")
             << original << "--map char1=hero --map prop=p -o out.pkr"
-            << QStringLiteral("pkrtool: 'in.pkr' does not use the namespace \"prop\" (pkrtool "
-                              "namespaces lists those it uses; --allow-unused skips such maps)\n")
+            << "pkrtool: 'in.pkr' does not use the namespace \"prop\" (pkrtool "
+               "namespaces lists those it uses; --allow-unused skips such maps)\n"_q
             << original << QByteArray();
         const QByteArray version3 =
             hex("00000003 00000006 00410072006d ffffffff") + buttonListVersion3();
         QTest::newRow("nothing changed in place: the older format stays")
             << version3 << "--map a=b --allow-unused"
-            << QStringLiteral("changed 0 node names and 0 scripts; 'in.pkr' left as it was\n")
-            << version3 << QByteArray();
+            << "changed 0 node names and 0 scripts; 'in.pkr' left as it was\n"_q << version3
+            << QByteArray();
     }
 
     void rebind() {
@@ -139,7 +193,7 @@ private slots:
         QFETCH(QByteArray, outAfter);
         write("in.pkr", input);
 
-        const run_result result = pkrtool(*dir_, QStringLiteral("rebind in.pkr ") + arguments);
+        const run_result result = run("rebind in.pkr "_q + arguments);
         const int exitCode = text.startsWith(QLatin1String("pkrtool: ")) ? 1 : 0;
         QCOMPARE(result.exitCode, exitCode);
         const QByteArray shown =
@@ -147,7 +201,7 @@ private slots:
         QCOMPARE(QString::fromUtf8(shown), text);
         QCOMPARE(exitCode == 0 ? result.err : result.out, QByteArray());
         QCOMPARE(read("in.pkr").toHex(), inAfter.toHex());
-        QCOMPARE(QFile::exists(dir_->filePath(QStringLiteral("out.pkr"))), !outAfter.isEmpty());
+        QCOMPARE(QFile::exists(dir_->filePath("out.pkr"_q)), !outAfter.isEmpty());
         QCOMPARE(read("out.pkr").toHex(), outAfter.toHex());
     }
 
@@ -170,8 +224,7 @@ private slots:
         QFETCH(QRgb, hidden);
         write("rig.pkr", fileWithNames("a", "b", "c", "select -cl;"));
 
-        const run_result result =
-            pkrtool(*dir_, QStringLiteral("render rig.pkr -o rig.png --size 200x100 ") + select);
+        const run_result result = run("render rig.pkr -o rig.png --size 200x100 "_q + select);
         QCOMPARE(result.err, QByteArray());
         QCOMPARE(result.exitCode, 0);
         QVERIFY(result.out.startsWith("rig.png: 200 x 100, zoom "));
@@ -185,6 +238,56 @@ private slots:
                 colours.insert(image.pixel(x, y));
         QVERIFY(colours.contains(shown));
         QVERIFY(!colours.contains(hidden));
+    }
+
+    // scene and extract read Maya ASCII scenes.
+    void sceneCommands_data() {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QByteArray>("scene");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QByteArray>("out");
+        QTest::addColumn<QString>("errStart");
+
+        const QByteArray header = "//Maya ASCII 2025 scene\nrequires maya \"2025\";\n";
+        // The tabs as the picker window stores them: compressed, base64, split in two pieces as
+        // Maya writes long strings.
+        const QByteArray data = qCompress(tabStream()).toBase64();
+        const QByteArray pickers = header + "createNode transform -n \"root\";\n" +
+                                   "fileInfo \"TalvoraPickerData\" \"" + data.left(100) +
+                                   "\"\n\t\t+ \"" + data.mid(100) + "\";\n";
+        QTest::newRow("scene lists the tabs")
+            << "scene scene.ma" << pickers << 0
+            << QByteArray("tabs: 2\n0  \"Arm\": 2 buttons\n1  \"Leg\": 0 buttons (current)\n")
+            << QString();
+        QTest::newRow("extract writes a file per tab")
+            << "extract scene.ma -o out" << pickers << 0 << QByteArray("out/Arm.pkr\nout/Leg.pkr\n")
+            << QString();
+        QTest::newRow("broken scene names the line")
+            << "scene scene.ma" << header + "fileInfo \"TalvoraPickerData\";\n"
+            << 1 << QByteArray() << "pkrtool: scene.ma:3: ";
+    }
+
+    void sceneCommands() {
+        QFETCH(QString, arguments);
+        QFETCH(QByteArray, scene);
+        QFETCH(int, exitCode);
+        QFETCH(QByteArray, out);
+        QFETCH(QString, errStart);
+        write("scene.ma", scene);
+
+        const run_result result = run(arguments);
+        const QString err = QString::fromUtf8(result.err);
+        QVERIFY2(errStart.isEmpty() ? err.isEmpty() : err.startsWith(errStart), qPrintable(err));
+        QCOMPARE(result.exitCode, exitCode);
+        QCOMPARE(result.out, out);
+        // Each extracted file is the tab on its own.
+        picker_tab_set set;
+        QDataStream stream(tabStream());
+        QVERIFY(readTabStream(stream, set).ok());
+        for (const QByteArray& line : out.split('\n')) {
+            if (line.endsWith(".pkr"))
+                QCOMPARE(read(line.constData()), pickerFileBytes(set.tabs.takeFirst()));
+        }
     }
 };
 
