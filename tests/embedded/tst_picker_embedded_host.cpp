@@ -1,10 +1,15 @@
+#include "../core/picker_test_vectors.h"
 #include "picker_embedded_host.h"
+#include "picker_maya_ascii.h"
+#include "picker_mel.h"
 
 #include <QtTest>
 
+using namespace picker_test_vectors;
+
 namespace {
 
-const QString testCommand = QStringLiteral("TalvoraTest");
+const QString testCommand = "TalvoraTest"_q;
 picker_embedded_host* currentHost = nullptr;
 
 // What the registered test command was handed, slot by slot: "s:text" or "a:[x,y]".
@@ -15,18 +20,37 @@ host_status record_arguments(const picker_arg_list& args) {
         host_status status;
         const QString text = args.asString(index, &status);
         unsigned arrayIndex = index;
-        receivedSlots
-            << (status ? QStringLiteral("s:") + text
-                       : QStringLiteral("a:[%1]").arg(
-                             args.asStringArray(arrayIndex, &status).join(QLatin1Char(','))));
+        receivedSlots << (status ? "s:"_q + text
+                                 : "a:[%1]"_q.arg(args.asStringArray(arrayIndex, &status)
+                                                      .join(QLatin1Char(','))));
     }
     // Queued while the idle queue runs: it runs after what was queued before.
-    currentHost->executeCommandOnIdle(QStringLiteral("print \"follow-up\""));
+    currentHost->executeCommandOnIdle("print \"follow-up\""_q);
     return host_status();
 }
 
-const QStringList sceneNodes{QStringLiteral("hero:L_hand_ctrl"), QStringLiteral("prop:box"),
-                             QStringLiteral("root")};
+const QStringList sceneNodes{"hero:L_hand_ctrl"_q, "prop:box"_q, "root"_q};
+
+const QByteArray header = QByteArrayLiteral("//Maya ASCII 2025 scene\n//Codeset: UTF-8\n");
+const QByteArray rigFile = header + QByteArrayLiteral("createNode transform -n \"L_hand_ctrl\";\n"
+                                                      "createNode transform -n \"R_hand_ctrl\";\n");
+
+// Files beside the scene, by path relative to it, then their contents.
+using file_list = QList<QPair<QString, QByteArray>>;
+
+QStringList pairs(const QList<QPair<QString, QString>>& list) {
+    QStringList flat;
+    for (const auto& entry : list)
+        flat << entry.first << entry.second;
+    return flat;
+}
+
+QStringList references(const QList<picker_ma_reference>& list) {
+    QStringList flat;
+    for (const picker_ma_reference& reference : list)
+        flat << reference.ns << reference.path;
+    return flat;
+}
 
 } // namespace
 
@@ -35,6 +59,27 @@ class tst_picker_embedded_host : public QObject {
 
     picker_embedded_host host_;
 
+    // One line per statement: the command, then each word tagged b (bare), q (quoted) or `
+    // (backquoted).
+    static QStringList describe(const picker_mel_script& script) {
+        QStringList lines;
+        for (const picker_mel_statement& statement : script.statements) {
+            if (!statement.definedProcedure.isEmpty()) {
+                lines << "proc "_q + statement.definedProcedure;
+                continue;
+            }
+            QString line = statement.command;
+            for (const picker_mel_word& word : statement.arguments) {
+                const char* tag = word.type == picker_mel_word::kind::bare     ? " b:"
+                                  : word.type == picker_mel_word::kind::quoted ? " q:"
+                                                                               : " `:";
+                line += QLatin1String(tag) + word.text;
+            }
+            lines << line;
+        }
+        return lines;
+    }
+
 private slots:
     void initTestCase() {
         currentHost = &host_;
@@ -42,7 +87,7 @@ private slots:
     }
 
     void init() {
-        host_.openScene(sceneNodes, {{QStringLiteral("k"), QStringLiteral("v")}});
+        host_.openScene(sceneNodes, {{"k"_q, "v"_q}});
         host_.clearScriptLog();
         receivedSlots.clear();
     }
@@ -55,34 +100,29 @@ private slots:
 
         const QStringList none;
         QTest::newRow("missing node stops the text")
-            << QStringLiteral("select -r root; print \"x\"; select -add nope; print \"never\"")
-            << QStringList{QStringLiteral("x"),
-                           QStringLiteral("// Error: No object matches name: nope")}
-            << QStringList{QStringLiteral("root")} << none;
+            << "select -r root; print \"x\"; select -add nope; print \"never\""_q
+            << QStringList{"x"_q, "// Error: No object matches name: nope"_q}
+            << QStringList{"root"_q} << none;
         QTest::newRow("syntax error runs nothing")
-            << QStringLiteral("select -r root; print \"b")
-            << QStringList{QStringLiteral("// Error: Unterminated string.")} << none << none;
+            << "select -r root; print \"b"_q << QStringList{"// Error: Unterminated string."_q}
+            << none << none;
         QTest::newRow("registered command, bare and quoted")
-            << testCommand + QStringLiteral(" a \"b c\"") << none << none
-            << QStringList{QStringLiteral("s:a"), QStringLiteral("s:b c")};
+            << testCommand + " a \"b c\""_q << none << none << QStringList{"s:a"_q, "s:b c"_q};
         QTest::newRow("array alone after the first argument is one slot")
-            << testCommand + QStringLiteral(" restore `fileInfo -q \"k\"`;") << none << none
-            << QStringList{QStringLiteral("s:restore"), QStringLiteral("a:[v]")};
+            << testCommand + " restore `fileInfo -q \"k\"`;"_q << none << none
+            << QStringList{"s:restore"_q, "a:[v]"_q};
         QTest::newRow("array among other arguments is spliced")
-            << testCommand + QStringLiteral(" x `fileInfo -q \"k\"` y") << none << none
-            << QStringList{QStringLiteral("s:x"), QStringLiteral("s:v"), QStringLiteral("s:y")};
+            << testCommand + " x `fileInfo -q \"k\"` y"_q << none << none
+            << QStringList{"s:x"_q, "s:v"_q, "s:y"_q};
         QTest::newRow("ls, selected")
-            << QStringLiteral("select -r root; select -add prop:box; ") + testCommand +
-                   QStringLiteral(" list `ls -sl`")
-            << none << QStringList{QStringLiteral("root"), QStringLiteral("prop:box")}
-            << QStringList{QStringLiteral("s:list"), QStringLiteral("a:[root,prop:box]")};
-        QTest::newRow("ls, pattern")
-            << testCommand + QStringLiteral(" list `ls \"*:*_ctrl\"`") << none << none
-            << QStringList{QStringLiteral("s:list"), QStringLiteral("a:[hero:L_hand_ctrl]")};
+            << "select -r root; select -add prop:box; "_q + testCommand + " list `ls -sl`"_q << none
+            << QStringList{"root"_q, "prop:box"_q}
+            << QStringList{"s:list"_q, "a:[root,prop:box]"_q};
+        QTest::newRow("ls, pattern") << testCommand + " list `ls \"*:*_ctrl\"`"_q << none << none
+                                     << QStringList{"s:list"_q, "a:[hero:L_hand_ctrl]"_q};
         QTest::newRow("error inside a backquote stops the command")
-            << testCommand + QStringLiteral(" bind `nonesuch`")
-            << QStringList{QStringLiteral("// Error: Cannot find procedure \"nonesuch\".")} << none
-            << none;
+            << testCommand + " bind `nonesuch`"_q
+            << QStringList{"// Error: Cannot find procedure \"nonesuch\"."_q} << none << none;
     }
 
     void runMel() {
@@ -99,14 +139,162 @@ private slots:
     }
 
     void idleTextsRunInOrderFromTheEventLoop() {
-        QVERIFY(host_.executeCommandOnIdle(testCommand + QStringLiteral(" a")).ok());
-        QVERIFY(host_.executePythonCommandOnIdle(QStringLiteral("print('two')")).ok());
-        QVERIFY(host_.executeCommandOnIdle(QStringLiteral("print \"three\"")).ok());
+        QVERIFY(host_.executeCommandOnIdle(testCommand + " a"_q).ok());
+        QVERIFY(host_.executePythonCommandOnIdle("print('two')"_q).ok());
+        QVERIFY(host_.executeCommandOnIdle("print \"three\""_q).ok());
         QVERIFY(host_.scriptLog().isEmpty());
         QTRY_COMPARE(host_.scriptLog(),
-                     (QStringList{QStringLiteral("python: print('two')"), QStringLiteral("three"),
-                                  QStringLiteral("follow-up")}));
+                     (QStringList{"python: print('two')"_q, "three"_q, "follow-up"_q}));
         QCOMPARE(host_.pendingIdleCount(), 0);
+    }
+
+    void parseMel_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("statements"); // none: the text is refused whole
+
+        QTest::newRow("escapes") << "print \"q\\\"b\\\\n\\nt\\tx\\y\" \"\""_q
+                                 << QStringList{"print q:q\"b\\n\nt\tx"_q + "y q:"_q};
+        QTest::newRow("backquote with quotes inside")
+            << "TalvoraPicker restore `fileInfo -q \"TalvoraPickerData\"`;"_q
+            << QStringList{"TalvoraPicker b:restore `:fileInfo -q \"TalvoraPickerData\""_q};
+        QTest::newRow("call form, two arguments")
+            << "TalvoraPicker( \"open\" , \"/a b.pkr\" )"_q
+            << QStringList{"TalvoraPicker q:open q:/a b.pkr"_q};
+        QTest::newRow("comments") << "// a\nselect -cl; /* b; c */ print \"d\" // e"_q
+                                  << QStringList{"select b:-cl"_q, "print q:d"_q};
+        QTest::newRow("global procedures keep their names only")
+            << "global proc string[] f(string $a) { if ($a == \"}\") { print \"x\"; } }\n"
+               "global proc g() {}\nprint \"after\""_q
+            << QStringList{"proc f"_q, "proc g"_q, "print q:after"_q};
+        QTest::newRow("unterminated string") << "print \"a\"; print \"abc"_q << QStringList();
+        QTest::newRow("variable") << "print $x"_q << QStringList();
+        QTest::newRow("text after a call") << "TalvoraPicker(\"save\") x"_q << QStringList();
+        QTest::newRow("unterminated procedure")
+            << "global proc f() { print \"x\";"_q << QStringList();
+    }
+
+    void parseMel() {
+        QFETCH(QString, text);
+        QFETCH(QStringList, statements);
+        const picker_mel_script script = picker_mel_parse(text);
+        QCOMPARE(script.error.isEmpty(), !statements.isEmpty());
+        QCOMPARE(describe(script), statements);
+    }
+
+    void readAndWrite_data() {
+        QTest::addColumn<QByteArray>("scene");
+        QTest::addColumn<file_list>("files");
+        QTest::addColumn<QStringList>("nodes");
+        QTest::addColumn<QStringList>("refs");
+        QTest::addColumn<QStringList>("referenced");
+        QTest::addColumn<QStringList>("info");
+        QTest::addColumn<int>("warnings");
+        QTest::addColumn<QString>("error");
+
+        const QStringList none;
+        QTest::newRow("escapes, split string")
+            << header + "requires maya \"2025\";\nfileInfo \"k\" \"a\\\"b\\\\c\\nd\\te\";\n"
+                        "fileInfo \"s\" \"ab\"\n\t\t+ \"cd\" +\n\"ef\";\n"
+            << file_list() << none << none << none
+            << QStringList{"k"_q, "a\"b\\c\nd\te"_q, "s"_q, "abcdef"_q} << 0 << QString();
+        // A missing reference is reported once and the scene still loads.
+        QTest::newRow("nested and missing references")
+            << header +
+                   "file -r -ns \"set\" -rfn \"setRN\" \"$PICKER_TEST_PROJECT/set.ma\";\n"
+                   "file -r -ns \"a\" \"gone.ma\";\nfile -r -ns \"a\" \"gone.ma\";\n"
+                   "createNode transform -n \"root\";\nsetAttr \".t\" -type \"double3\" 0 1 2;\n"
+            << file_list{{"project/set.ma"_q,
+                          header + "createNode transform -n \"floor\";\nfile -r -ns \"hero\" "
+                                   "\"rigs/hero.ma\";\n"},
+                         {"project/rigs/hero.ma"_q, rigFile}}
+            << QStringList{"root"_q}
+            << QStringList{"set"_q,    "$PICKER_TEST_PROJECT/set.ma"_q, "a"_q, "gone.ma"_q, "a"_q,
+                           "gone.ma"_q}
+            << QStringList{"set:floor"_q, "set:hero:L_hand_ctrl"_q, "set:hero:R_hand_ctrl"_q}
+            << none << 1 << QString();
+        QTest::newRow("broken statement names its line")
+            << header + "createNode transform -n \"root\";\nfileInfo \"k\";\n"
+            << file_list() << none << none << none << none << 0 << "scene.ma:4:"_q;
+    }
+
+    void readAndWrite() {
+        QFETCH(QByteArray, scene);
+        QFETCH(file_list, files);
+        QFETCH(QStringList, nodes);
+        QFETCH(QStringList, refs);
+        QFETCH(QStringList, referenced);
+        QFETCH(QStringList, info);
+        QFETCH(int, warnings);
+        QFETCH(QString, error);
+
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        qputenv("PICKER_TEST_PROJECT", dir.filePath("project"_q).toLocal8Bit());
+        for (const auto& file : files)
+            QVERIFY(writeBytes(dir.filePath(file.first), file.second));
+        const QString path = dir.filePath("scene.ma"_q);
+        QVERIFY(writeBytes(path, scene));
+
+        picker_ma_scene read;
+        read.nodes = QStringList{"untouched"_q};
+        const picker_ma_result result = readMayaAscii(path, read);
+        if (!error.isEmpty()) {
+            QVERIFY2(result.error.startsWith(dir.filePath(error)), qPrintable(result.error));
+            QCOMPARE(read.nodes, QStringList{"untouched"_q});
+            return;
+        }
+        QVERIFY2(result.ok(), qPrintable(result.error));
+        QCOMPARE(read.nodes, nodes);
+        QCOMPARE(references(read.references), refs);
+        QCOMPARE(read.referencedNodes, referenced);
+        QCOMPARE(pairs(read.fileInfo), info);
+        QCOMPARE(int(result.warnings.size()), warnings);
+
+        // What is written reads back the same, references and all.
+        const QString copy = dir.filePath("copy.ma"_q);
+        QString writeError;
+        QVERIFY2(writeMayaAscii(copy, read, &writeError), qPrintable(writeError));
+        picker_ma_scene again;
+        QVERIFY(readMayaAscii(copy, again).ok());
+        QCOMPARE(again.nodes, read.nodes);
+        QCOMPARE(again.references, read.references);
+        QCOMPARE(again.referencedNodes, read.referencedNodes);
+        QCOMPARE(again.fileInfo, read.fileInfo);
+    }
+
+    void hostSavesAndOpensTheScene() {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        QVERIFY(writeBytes(dir.filePath("hero.ma"_q), rigFile));
+        const QString path = dir.filePath("shot.ma"_q);
+
+        picker_embedded_host host;
+        QVERIFY(host.addNode("root"_q));
+        // A value longer than one written piece, so the reader joins pieces on the way back.
+        const QString image = QString(3000, QLatin1Char('x'));
+        QVERIFY(
+            host.executeCommand("file -r -ns \"hero\" \""_q + dir.filePath("hero.ma"_q) + "\""_q));
+        QVERIFY(host.executeCommand("fileInfo \"gone\" \"x\"; fileInfo -remove \"gone\"; "
+                                    "file -modified 1; fileInfo \"TalvoraPickerImage_a\" \""_q +
+                                    image + "\\\"\""_q));
+        const QStringList nodes = host.nodes();
+        const QMap<QString, QString> info = host.fileInfoEntries();
+        const QList<picker_ma_reference> refs = host.references();
+        QCOMPARE(info.keys(), QStringList{"TalvoraPickerImage_a"_q});
+        QCOMPARE(info.first(), image + QLatin1Char('"'));
+        QVERIFY(host.isModified());
+
+        QVERIFY(host.executeCommand("file -rename \""_q + path + "\""_q));
+        QVERIFY(host.executeCommand("file -save"_q));
+        QVERIFY(!host.isModified());
+        QVERIFY(host.executeCommand("file -new -f"_q));
+        QVERIFY(host.fileInfoEntries().isEmpty());
+        QVERIFY(host.executeCommand("file -open \""_q + path + "\""_q));
+
+        QCOMPARE(host.nodes(), nodes);
+        QCOMPARE(host.references(), refs);
+        QCOMPARE(host.fileInfoEntries(), info);
+        QCOMPARE(host.scenePath(), path);
     }
 };
 
