@@ -1,3 +1,4 @@
+#include "../core/picker_test_vectors.h"
 #include "host_main_window.h"
 #include "picker_embedded_host.h"
 #include "picker_main.h"
@@ -10,6 +11,7 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QProcess>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -17,8 +19,10 @@
 #include <algorithm>
 #include <memory>
 
+using namespace picker_test_vectors;
+
 // The program's window as a user meets it: the demo scene, its picker, the outliner, the script
-// line and the File menu, driven with real events.
+// line and the File menu, driven with real events; and the program run in batch mode.
 class tst_talvora_program : public QObject {
     Q_OBJECT
 
@@ -58,6 +62,36 @@ class tst_talvora_program : public QObject {
         }
         return nullptr;
     }
+
+    struct outcome {
+        int exitCode = -1;
+        QString out;
+        QString err;
+    };
+
+    outcome talvora(const QStringList& arguments) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        // Batch mode must need no display of any kind.
+        environment.remove("QT_QPA_PLATFORM"_q);
+        environment.remove("DISPLAY"_q);
+        environment.remove("WAYLAND_DISPLAY"_q);
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(TALVORA_PICKER), expand(arguments));
+        if (!process.waitForFinished(60000))
+            return {};
+        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+                QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    QStringList expand(const QStringList& arguments) const {
+        QStringList expanded;
+        for (QString argument : arguments)
+            expanded.append(argument.replace(QLatin1String("{demo}"), demo_));
+        return expanded;
+    }
+
 private slots:
     void initTestCase() {
         picker_set_dialog_hook([](QDialog&) { return int(QDialog::Rejected); });
@@ -68,17 +102,16 @@ private slots:
         QVERIFY(picker_main::initialize(host_, &picker_window::create));
         main_->show();
         QVERIFY(QTest::qWaitForWindowExposed(main_.get()));
-        QVERIFY(host_.executeCommand(QStringLiteral("TalvoraPicker")));
+        QVERIFY(host_.executeCommand("TalvoraPicker"_q));
     }
 
     // Each case starts from the demo as the program opens it: the scene brings its picker back.
     void init() {
-        QVERIFY(
-            host_.executeCommand(QStringLiteral("file -open -f \"%1/demo_scene.ma\"").arg(demo_)));
+        QVERIFY(host_.executeCommand("file -open -f \"%1/demo_scene.ma\""_q.arg(demo_)));
         host_.processIdle();
         QCOMPARE(front()->buttons()->size(), 74);
         // The outliner follows the scene on its own time, as a user sees it.
-        QTRY_VERIFY(outlined(QStringLiteral("villain:head_ctrl")) != nullptr);
+        QTRY_VERIFY(outlined("villain:head_ctrl"_q) != nullptr);
     }
 
     void cleanupTestCase() {
@@ -91,28 +124,25 @@ private slots:
     }
 
     void clickOutlinerAndScriptLineAgree() {
-        click(QStringLiteral("hero:head_ctrl"));
-        QCOMPARE(host_.selection(), QStringList{QStringLiteral("hero:head_ctrl")});
-        QTRY_VERIFY(outlined(QStringLiteral("hero:head_ctrl"))->isSelected());
+        click("hero:head_ctrl"_q);
+        QCOMPARE(host_.selection(), QStringList{"hero:head_ctrl"_q});
+        QTRY_VERIFY(outlined("hero:head_ctrl"_q)->isSelected());
 
-        QVERIFY(
-            host_.executeCommand(QStringLiteral("TalvoraPicker open \"%1/demo.pkr\"").arg(demo_)));
-        outlined(QStringLiteral("hero:COG_ctrl"))->setSelected(true);
+        QVERIFY(host_.executeCommand("TalvoraPicker open \"%1/demo.pkr\""_q.arg(demo_)));
+        outlined("hero:COG_ctrl"_q)->setSelected(true);
         host_.processIdle();
         QCOMPARE(tabs()->count(), 2);
         for (int i = 0; i < 2; ++i) {
             auto* view = qobject_cast<picker_view*>(tabs()->widget(i));
-            QCOMPARE(button_for(QStringLiteral("hero:COG_ctrl"), view)->selected,
-                     buttonRecord::All);
-            QCOMPARE(button_for(QStringLiteral("hero:L_arm_IK_ctrl"), view)->selected,
-                     buttonRecord::None);
+            QCOMPARE(button_for("hero:COG_ctrl"_q, view)->selected, buttonRecord::All);
+            QCOMPARE(button_for("hero:L_arm_IK_ctrl"_q, view)->selected, buttonRecord::None);
         }
 
         QLineEdit* line = main_->scriptLine();
-        QTest::keyClicks(line, QStringLiteral("select -r \"hero:L_arm_IK_ctrl\""));
+        QTest::keyClicks(line, "select -r \"hero:L_arm_IK_ctrl\""_q);
         QTest::keyClick(line, Qt::Key_Return);
         host_.processIdle();
-        QCOMPARE(button_for(QStringLiteral("hero:L_arm_IK_ctrl"))->selected, buttonRecord::All);
+        QCOMPARE(button_for("hero:L_arm_IK_ctrl"_q)->selected, buttonRecord::All);
         QVERIFY(line->text().isEmpty());
     }
 
@@ -123,7 +153,7 @@ private slots:
             auto* combo = dialog.findChild<QComboBox*>();
             for (int i = 0; i < combo->count(); ++i)
                 offered << combo->itemText(i);
-            combo->setEditText(QStringLiteral("villain"));
+            combo->setEditText("villain"_q);
             return int(QDialog::Accepted);
         });
         const QList<QAction*> actions =
@@ -137,46 +167,83 @@ private slots:
         picker_set_dialog_hook([](QDialog&) { return int(QDialog::Rejected); });
 
         QVERIFY(offered.contains(QLatin1String("villain")));
-        QCOMPARE(button_for(QStringLiteral("hero:head_ctrl")), nullptr);
-        click(QStringLiteral("villain:head_ctrl"));
-        QCOMPARE(host_.selection(), QStringList{QStringLiteral("villain:head_ctrl")});
+        QCOMPARE(button_for("hero:head_ctrl"_q), nullptr);
+        click("villain:head_ctrl"_q);
+        QCOMPARE(host_.selection(), QStringList{"villain:head_ctrl"_q});
     }
 
     void sceneSavedClearedAndOpened() {
         QTemporaryDir dir;
-        const QString saved = dir.filePath(QStringLiteral("shot.ma"));
+        const QString saved = dir.filePath("shot.ma"_q);
         QTRY_VERIFY(main_->windowTitle().contains(QLatin1Char('*')));
-        choose(QStringLiteral("Save Scene As..."), saved);
+        choose("Save Scene As..."_q, saved);
         QCOMPARE(host_.scenePath(), saved);
-        QTRY_COMPARE(main_->windowTitle(), QStringLiteral("shot.ma - Talvora host"));
+        QTRY_COMPARE(main_->windowTitle(), "shot.ma - Talvora host"_q);
 
-        choose(QStringLiteral("New Scene"), QString());
+        choose("New Scene"_q, QString());
         QVERIFY(host_.nodes().isEmpty());
         QVERIFY(front() == nullptr || front()->buttons()->isEmpty());
 
-        choose(QStringLiteral("Open Scene..."), saved);
+        choose("Open Scene..."_q, saved);
         QCOMPARE(tabs()->count(), 1);
         QCOMPARE(front()->buttons()->size(), 74);
         QVERIFY(!front()->background().isNull());
-        outlined(QStringLiteral("hero:head_ctrl"))->setSelected(true);
+        outlined("hero:head_ctrl"_q)->setSelected(true);
         host_.processIdle();
-        QCOMPARE(button_for(QStringLiteral("hero:head_ctrl"))->selected, buttonRecord::All);
+        QCOMPARE(button_for("hero:head_ctrl"_q)->selected, buttonRecord::All);
     }
 
     void unreadableSceneKeepsTheOpenOne() {
         QTemporaryDir dir;
-        const QString broken = dir.filePath(QStringLiteral("broken.ma"));
-        QFile file(broken);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("//Maya ASCII 2025 scene\ncreateNode transform -n \"broken;\n");
-        file.close();
+        const QString broken = dir.filePath("broken.ma"_q);
+        QVERIFY(writeBytes(broken, "//Maya ASCII 2025 scene\ncreateNode transform -n \"broken;\n"));
         const QStringList nodes = host_.nodes();
-        QVERIFY(!host_.executeCommand(QStringLiteral("file -open -f \"%1\"").arg(broken)));
+        QVERIFY(!host_.executeCommand("file -open -f \"%1\""_q.arg(broken)));
         host_.processIdle();
         QCOMPARE(host_.nodes(), nodes);
         QCOMPARE(front()->buttons()->size(), 74);
         QTRY_VERIFY(main_->findChild<QPlainTextEdit*>()->toPlainText().contains(
             broken + QLatin1String(":2")));
+    }
+
+    // The program as a pipeline runs it: exit codes and what it prints.
+    void batch_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QString>("err");
+        const QString batch = "--batch"_q;
+        const QString c = "-c"_q;
+
+        QTest::newRow("statements in order, results printed")
+            << QStringList{batch, c, "fileInfo \"k\" \"v\""_q, c, "fileInfo -q \"k\""_q} << 0
+            << "// Result: v //"_q << QString();
+        QTest::newRow("a failing statement ends the run")
+            << QStringList{batch,
+                           c,
+                           "fileInfo \"k\" \"v\""_q,
+                           c,
+                           "select -r \"nobody\""_q,
+                           c,
+                           "fileInfo -q \"k\""_q}
+            << 1 << QString() << "No object matches name: nobody"_q;
+        QTest::newRow("a question nobody can answer takes its default")
+            << QStringList{batch, c, "TalvoraPicker open \"{demo}/demo.pkr\""_q} << 0 << QString()
+            << "Choose Namespace: cancelled in batch mode"_q;
+    }
+
+    void batch() {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, out);
+        QFETCH(QString, err);
+        const outcome result = talvora(arguments);
+        QCOMPARE(result.exitCode, exitCode);
+        QVERIFY2(result.out.contains(expand({out}).value(0)), qPrintable(result.out));
+        QVERIFY2(result.err.contains(expand({err}).value(0)), qPrintable(result.err));
+        if (exitCode != 0)
+            QVERIFY2(!result.out.contains(QLatin1String("// Result: v //")),
+                     qPrintable(result.out));
     }
 };
 
