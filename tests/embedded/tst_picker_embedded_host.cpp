@@ -29,7 +29,7 @@ host_status record_arguments(const picker_arg_list& args) {
     return host_status();
 }
 
-const QStringList sceneNodes{"hero:L_hand_ctrl"_q, "prop:box"_q, "root"_q};
+const QStringList sceneNodes = words("hero:L_hand_ctrl prop:box root");
 
 const QByteArray header = QByteArrayLiteral("//Maya ASCII 2025 scene\n//Codeset: UTF-8\n");
 const QByteArray rigFile = header + QByteArrayLiteral("createNode transform -n \"L_hand_ctrl\";\n"
@@ -110,16 +110,14 @@ private slots:
             << testCommand + " a \"b c\""_q << none << none << QStringList{"s:a"_q, "s:b c"_q};
         QTest::newRow("array alone after the first argument is one slot")
             << testCommand + " restore `fileInfo -q \"k\"`;"_q << none << none
-            << QStringList{"s:restore"_q, "a:[v]"_q};
+            << words("s:restore a:[v]");
         QTest::newRow("array among other arguments is spliced")
-            << testCommand + " x `fileInfo -q \"k\"` y"_q << none << none
-            << QStringList{"s:x"_q, "s:v"_q, "s:y"_q};
+            << testCommand + " x `fileInfo -q \"k\"` y"_q << none << none << words("s:x s:v s:y");
         QTest::newRow("ls, selected")
             << "select -r root; select -add prop:box; "_q + testCommand + " list `ls -sl`"_q << none
-            << QStringList{"root"_q, "prop:box"_q}
-            << QStringList{"s:list"_q, "a:[root,prop:box]"_q};
+            << words("root prop:box") << words("s:list a:[root,prop:box]");
         QTest::newRow("ls, pattern") << testCommand + " list `ls \"*:*_ctrl\"`"_q << none << none
-                                     << QStringList{"s:list"_q, "a:[hero:L_hand_ctrl]"_q};
+                                     << words("s:list a:[hero:L_hand_ctrl]");
         QTest::newRow("error inside a backquote stops the command")
             << testCommand + " bind `nonesuch`"_q
             << QStringList{"// Error: Cannot find procedure \"nonesuch\"."_q} << none << none;
@@ -207,11 +205,9 @@ private slots:
                           header + "createNode transform -n \"floor\";\nfile -r -ns \"hero\" "
                                    "\"rigs/hero.ma\";\n"},
                          {"project/rigs/hero.ma"_q, rigFile}}
-            << QStringList{"root"_q}
-            << QStringList{"set"_q,    "$PICKER_TEST_PROJECT/set.ma"_q, "a"_q, "gone.ma"_q, "a"_q,
-                           "gone.ma"_q}
-            << QStringList{"set:floor"_q, "set:hero:L_hand_ctrl"_q, "set:hero:R_hand_ctrl"_q}
-            << none << 1 << QString();
+            << QStringList{"root"_q} << words("set $PICKER_TEST_PROJECT/set.ma a gone.ma a gone.ma")
+            << words("set:floor set:hero:L_hand_ctrl set:hero:R_hand_ctrl") << none << 1
+            << QString();
         QTest::newRow("broken statement names its line")
             << header + "createNode transform -n \"root\";\nfileInfo \"k\";\n"
             << file_list() << none << none << none << none << 0 << "scene.ma:4:"_q;

@@ -101,8 +101,7 @@ private slots:
         host_->setFailing(operation::deregisterCommand, true);
         QVERIFY(!picker_main::uninitialize().ok());
         QCOMPARE(host_->scriptLog(),
-                 QStringList{"// Error: TalvoraPicker - could not deregister the "
-                             "plugin: "_q +
+                 QStringList{"// Error: TalvoraPicker - could not deregister the plugin: "
                              "(kFailure): Unexpected Internal Failure "_q});
         QVERIFY(host_->isCommandRegistered("TalvoraPicker"_q));
         QCOMPARE(host_->callbackCount("SceneOpened"_q), 1);
@@ -180,42 +179,39 @@ private slots:
     void directives_data() {
         QTest::addColumn<QString>("mel");
         QTest::addColumn<bool>("succeeds");
-        QTest::addColumn<QStringList>("calls");
+        QTest::addColumn<QString>("calls"); // what the window was asked, one call a line
         QTest::addColumn<QString>("error");
 
         // Select skips the names it cannot find; the picker hears of the outcome once.
         QTest::newRow("select, first name missing")
-            << "TalvoraPicker select a b c"_q << true << QStringList{"setSelection:b,c"_q}
-            << QString();
+            << "select a b c"_q << true << "setSelection:b,c"_q << QString();
         QTest::newRow("select, last name missing fails")
-            << "TalvoraPicker select b nope"_q << false << QStringList{"setSelection:b"_q}
-            << QString();
-        QTest::newRow("open") << "TalvoraPicker open \"/p/a.pkr\" \"/p/b c.pkr\""_q << true
-                              << QStringList{"load_pickers:/p/a.pkr|/p/b c.pkr"_q} << QString();
-        QTest::newRow("rebind") << "TalvoraPicker rebind `picker_ListNamespaces`;"_q << true
-                                << QStringList{"rebindFront:hero,hero:sub:1"_q} << QString();
-        QTest::newRow("restore not compressed") << "TalvoraPicker restore \"QUJDREVGR0g=\""_q
-                                                << false << QStringList{"reset"_q} << QString();
+            << "select b nope"_q << false << "setSelection:b"_q << QString();
+        QTest::newRow("open") << "open \"/p/a.pkr\" \"/p/b c.pkr\""_q << true
+                              << "load_pickers:/p/a.pkr|/p/b c.pkr"_q << QString();
+        QTest::newRow("rebind") << "rebind `picker_ListNamespaces`;"_q << true
+                                << "rebindFront:hero,hero:sub:1"_q << QString();
+        QTest::newRow("restore not compressed")
+            << "restore \"QUJDREVGR0g=\""_q << false << "reset"_q << QString();
         // Only as many characters as the key has are decoded: one is never valid base64.
         QTest::newRow("image with a one-byte key")
-            << "TalvoraPicker fetch_image k \"iVBORw0KGgo=\""_q << false << QStringList()
-            << QString();
+            << "fetch_image k \"iVBORw0KGgo=\""_q << false << QString() << QString();
         QTest::newRow("directives are case-sensitive")
-            << "TalvoraPicker SELECT b"_q << false << QStringList()
-            << "TalvoraPicker - unknown directive: SELECT"_q;
+            << "SELECT b"_q << false << QString() << "unknown directive: SELECT"_q;
     }
 
     void directives() {
         QFETCH(QString, mel);
         QFETCH(bool, succeeds);
-        QFETCH(QStringList, calls);
+        QFETCH(QString, calls);
         QFETCH(QString, error);
         test_window* window = openWindow();
         QVERIFY(window);
-        QCOMPARE(host_->executeCommand(mel).ok(), succeeds);
-        QCOMPARE(window->calls, calls);
+        QCOMPARE(host_->executeCommand("TalvoraPicker "_q + mel).ok(), succeeds);
+        QCOMPARE(window->calls.join(QLatin1Char('\n')), calls);
         QCOMPARE(host_->scriptLog().filter("// Error: "_q),
-                 error.isEmpty() ? QStringList() : QStringList{"// Error: "_q + error});
+                 error.isEmpty() ? QStringList()
+                                 : QStringList{"// Error: TalvoraPicker - "_q + error});
     }
 
     void settingsAppliedAndStored_data() {

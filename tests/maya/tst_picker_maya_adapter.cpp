@@ -55,8 +55,8 @@ QString failed(const char* message) {
         QLatin1String(message));
 }
 
-const QStringList allEvents = {"SelectionChanged"_q, "quitApplication"_q, "deleteAll"_q,
-                               "NewSceneOpened"_q, "SceneOpened"_q};
+const QStringList allEvents =
+    words("SelectionChanged quitApplication deleteAll NewSceneOpened SceneOpened");
 
 } // namespace
 

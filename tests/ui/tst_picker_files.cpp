@@ -389,9 +389,7 @@ private slots:
         QVERIFY(!host_->isModified());
         writeScene();
 
-        QCOMPARE(storedTabs(), QByteArray::fromHex("00000004"
-                                                   "00000000"
-                                                   "ffffffff"));
+        QCOMPARE(storedTabs(), hex("00000004 00000000 ffffffff"));
         QVERIFY(host_->isModified());
     }
 
@@ -465,27 +463,20 @@ private slots:
         QVERIFY(host_->scriptLog().isEmpty());
     }
 
-    void host_selection_lights_every_tab_data() {
-        QTest::addColumn<QStringList>("selected");
-        QTest::addColumn<QList<qint16>>("body");
-        QTest::addColumn<QList<qint16>>("face");
-
-        QTest::newRow("one hand") << QStringList{left_hand} << QList<qint16>{2, 0}
-                                  << QList<qint16>{1};
-        QTest::newRow("nothing") << QStringList() << QList<qint16>{0, 0} << QList<qint16>{0};
-    }
     void host_selection_lights_every_tab() {
-        QFETCH(QStringList, selected);
-        QFETCH(QList<qint16>, body);
-        QFETCH(QList<qint16>, face);
         QVERIFY(restore(rig_picker(0)));
+        QAction* add = entry_of(*window(), 2, "Add One Button"_q);
         QVERIFY(host_->setSelection({root}));
-        QVERIFY(host_->setSelection(selected));
-
+        QVERIFY(host_->setSelection({left_hand}));
         QCOMPARE(picker_window::selection(), host_->selection());
-        QCOMPARE(lit_states(view(0)), body);
-        QCOMPARE(lit_states(view(1)), face);
-        QCOMPARE(entry_of(*window(), 2, "Add One Button"_q)->isEnabled(), !selected.isEmpty());
+        QCOMPARE(lit_states(view(0)), (QList<qint16>{2, 0}));
+        QCOMPARE(lit_states(view(1)), QList<qint16>{1});
+        QVERIFY(add->isEnabled());
+
+        QVERIFY(host_->setSelection({}));
+        QCOMPARE(lit_states(view(0)), (QList<qint16>{0, 0}));
+        QCOMPARE(lit_states(view(1)), QList<qint16>{0});
+        QVERIFY(!add->isEnabled());
         QCOMPARE(host_->pendingIdleCount(), 0);
     }
 
