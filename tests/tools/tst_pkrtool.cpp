@@ -1,8 +1,11 @@
 #include "../core/picker_test_vectors.h"
 #include "picker_file.h"
+#include "picker_json.h"
+#include "png_chunks.h"
 
 #include <QDataStream>
 #include <QImage>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QSet>
 #include <QTemporaryDir>
@@ -12,7 +15,8 @@
 
 using namespace picker_test_vectors;
 
-// pkrtool run as a user runs it, on picker files and scenes spelled out field by field.
+// pkrtool's JSON mapping in process, then pkrtool run as a user runs it, on picker files and
+// scenes spelled out field by field.
 namespace {
 
 // A short ASCII QString as the stream writes it: byte length, then UTF-16BE.
@@ -41,6 +45,30 @@ struct run_result {
     QByteArray out;
     QByteArray err;
 };
+
+// pkrVersion4() as its description.
+const char arm_json[] =
+    "{\"formatVersion\": 4, \"title\": \"Arm\", \"backgroundKey\": null, \"background\": null,"
+    " \"buttons\": ["
+    "{\"pos\": [10, -20], \"size\": 12, \"type\": \"selection\", \"api\": \"mel\","
+    " \"color\": \"#FFB22222\", \"tcolor\": \"#FF000000\", \"label\": null,"
+    " \"sel\": [\"L_hand\", \"L_arm\"]},"
+    "{\"pos\": [100, 50], \"size\": 20, \"type\": \"command\", \"api\": \"python\","
+    " \"color\": \"#FF2222B2\", \"tcolor\": \"#FFFFFFFF\", \"label\": \"Go\","
+    " \"sel\": [\"print(1)\"]}]}";
+
+const char black[] = "\"color\": \"#FF000000\", \"tcolor\": \"#FF000000\"";
+
+// A selection button's description with the given colours and names.
+QByteArray button(const char* colours, const char* sel) {
+    return QByteArray(
+               "{\"pos\": [1, 2], \"size\": 3, \"type\": \"selection\", \"api\": \"mel\", ") +
+           colours + ", \"label\": \"a\", \"sel\": " + sel + "}";
+}
+
+QByteArray picker(const QByteArray& buttons) {
+    return "{\"title\": \"t\", \"buttons\": [" + buttons + "]}";
+}
 
 } // namespace
 
@@ -72,6 +100,67 @@ class tst_pkrtool : public QObject {
     QByteArray read(const char* name) { return readBytes(dir_->filePath(text(name))); }
 
 private slots:
+    // The JSON mapping in process.
+    void fileToJson() {
+        picker_tab_record tab;
+        const picker_read_result result = readPickerFile(pkrVersion4(), tab);
+        QCOMPARE(pickerToJson(tab, result.version), QJsonDocument::fromJson(arm_json).object());
+    }
+
+    void shortColourIsOpaque() {
+        const QByteArray json =
+            picker(button("\"color\": \"#a0b1c2\", \"tcolor\": \"#0a0b0c0d\"", "[\"n\"]"));
+        picker_tab_record tab;
+        QCOMPARE(pickerFromJsonText(json, tab), QString());
+        QCOMPARE(tab.buttons.at(0).color, 0xffa0b1c2u);
+        QCOMPARE(tab.buttons.at(0).tcolor, 0x0a0b0c0du);
+    }
+
+    void badDescriptionSaysWhere_data() {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("error");
+        // Columns count characters, not UTF-8 bytes.
+        QTest::newRow("syntax") << QByteArray("{\n  \"title\": \"\xc3\xa4\", \"buttons\": [}")
+                                << "line 2, column 30: object is missing after a comma";
+        QTest::newRow("unknown key")
+            << QByteArray("{\"title\": \"t\", \"buttons\": [], \"colour\": 1}")
+            << "picker: unknown key \"colour\"";
+        QTest::newRow("image without key")
+            << "{\"title\": \"t\", \"buttons\": [], \"background\": \"" + tinyPng().toBase64() +
+                   "\"}"
+            << "background: an image needs a \"backgroundKey\"";
+        // The second button has no name: the path points at it.
+        QTest::newRow("no names") << picker(button(black, "[\"n\"]") + ", " + button(black, "[]"))
+                                  << "buttons[1].sel: a button needs at least one name or a script";
+    }
+
+    void badDescriptionSaysWhere() {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, error);
+        picker_tab_record tab;
+        QCOMPARE(pickerFromJsonText(json, tab), error);
+    }
+
+    void pngLayout_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QString>("error");
+        const QByteArray png = tinyPng();
+        QTest::newRow("complete") << png << QSize(2, 1) << QString();
+        QTest::newRow("not png") << QByteArray("GIF89a..") << QSize() << "not PNG data";
+        QTest::newRow("no header") << png.left(8) + png.mid(33) << QSize() << QString();
+    }
+
+    void pngLayout() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QSize, size);
+        QFETCH(QString, error);
+        const png_layout layout = inspectPng(bytes);
+        QCOMPARE(layout.error, error);
+        QCOMPARE(layout.size, size);
+    }
+
+    // The executable.
     void init() {
         dir_ = std::make_unique<QTemporaryDir>();
         QVERIFY(dir_->isValid());
@@ -137,10 +226,8 @@ private slots:
         QFETCH(QString, firstLine);
         write("good.pkr", pkrVersion4());
         write("cut.pkr", pkrVersion4().chopped(2));
-        write("desc.json", "{\"title\": \"t\", \"buttons\": [{\"pos\": [1, 2], \"size\": 3, "
-                           "\"type\": \"selection\","
-                           " \"api\": \"mel\", \"color\": \"red\", \"tcolor\": \"#FF000000\", "
-                           "\"label\": \"a\", \"sel\": [\"n\"]}]}");
+        write("desc.json",
+              picker(button("\"color\": \"red\", \"tcolor\": \"#FF000000\"", "[\"n\"]")));
         write("out.pkr", tinyPng());
 
         const run_result result = run(arguments);
