@@ -2,6 +2,7 @@
 
 // Byte images of the picker's data layouts, written by hand field by field, for tests, fuzz
 // seeds and benchmarks. Every integer is big-endian; strings are a byte length then UTF-16BE.
+// Also the small helpers the suites share for strings, PNG files and fixture files.
 
 #include "picker_types.h"
 
@@ -23,6 +24,7 @@ inline QString text(const char* utf8) {
     return QString::fromUtf8(utf8);
 }
 
+// The build forbids implicit conversion from char strings; "x"_q is the short explicit one.
 inline QString operator""_q(const char* utf8, std::size_t size) {
     return QString::fromUtf8(utf8, int(size));
 }
@@ -50,6 +52,7 @@ inline QByteArray noisePng(int side) {
     return pngOf(image);
 }
 
+// Whole fixture files; a write makes the folders it needs.
 inline QByteArray readBytes(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

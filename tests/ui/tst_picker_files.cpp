@@ -21,8 +21,6 @@
 
 using namespace picker_test_vectors;
 
-// Picker files and the pickers stored in the scene, end to end through the embedded host with
-// real files in a temporary folder.
 namespace {
 
 // Answers the window's questions from scripts, in order, and keeps what was asked. A question
@@ -163,8 +161,9 @@ QByteArray rig_picker(qint32 current) {
 
 } // namespace
 
-// The plug-in loaded into an embedded host, its dock open on a scene of rig nodes; settings and
-// the pickers config kept away from the user's.
+// Picker files and the pickers stored in the scene, end to end: the plug-in loaded into an
+// embedded host, its dock open on a scene of rig nodes, real files in a temporary folder, and
+// settings and the pickers config kept away from the user's.
 class tst_picker_files : public QObject {
     Q_OBJECT
 
