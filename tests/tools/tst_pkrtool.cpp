@@ -100,7 +100,6 @@ class tst_pkrtool : public QObject {
     QByteArray read(const char* name) { return readBytes(dir_->filePath(text(name))); }
 
 private slots:
-    // The JSON mapping in process.
     void fileToJson() {
         picker_tab_record tab;
         const picker_read_result result = readPickerFile(pkrVersion4(), tab);
@@ -160,7 +159,6 @@ private slots:
         QCOMPARE(layout.size, size);
     }
 
-    // The executable.
     void init() {
         dir_ = std::make_unique<QTemporaryDir>();
         QVERIFY(dir_->isValid());
@@ -327,7 +325,6 @@ private slots:
         QVERIFY(!colours.contains(hidden));
     }
 
-    // scene and extract read Maya ASCII scenes.
     void sceneCommands_data() {
         QTest::addColumn<QString>("arguments");
         QTest::addColumn<QByteArray>("scene");
