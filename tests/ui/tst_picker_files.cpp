@@ -58,13 +58,6 @@ QStringList nodes() {
     return {"persp"_q, left_hand, right_hand, root};
 }
 
-QList<qint16> lit_states(picker_view* view) {
-    QList<qint16> states;
-    for (const buttonRecord& button : *view->buttons())
-        states.append(button.selected);
-    return states;
-}
-
 QByteArray png_of(const QColor& colour, int edge = 4) {
     QImage image(edge, edge, QImage::Format_ARGB32);
     image.fill(colour);
