@@ -213,6 +213,8 @@ face_cache& faces() {
 class label_image_set {
 public:
     QImage image(const QString& text, QRgb colour, const QFont& font, const QSize& size) {
+        if (size.isEmpty())
+            return QImage(); // nothing to hold, and a null image is never let go
         const auto key = qMakePair(text, colour);
         const auto found = images_.constFind(key);
         if (found != images_.constEnd())
