@@ -62,3 +62,8 @@ bool writeFileWhole(const QString& path, const QByteArray& bytes, QString* error
 // this program knows is refused with nothing read past it (result version tells which).
 void writeTabStream(QDataStream& stream, const picker_tab_set& set);
 picker_read_result readTabStream(QDataStream& stream, picker_tab_set& set);
+
+// The scene's fileInfo entries: the tab stream, and each background image under the prefix and
+// its key.
+constexpr char picker_scene_data_key[] = "TalvoraPickerData";
+constexpr char picker_scene_image_prefix[] = "TalvoraPickerImage_";

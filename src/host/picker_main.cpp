@@ -1,5 +1,6 @@
 #include "picker_main.h"
 
+#include "picker_file.h"
 #include "picker_version.h"
 
 #include <QByteArray>
@@ -405,8 +406,8 @@ void picker_main::sceneOpenedFn(void* clientData) {
     plugin_state& s = state();
     if (!s.window || !s.host)
         return;
-    s.host->executeCommandOnIdle(
-        QStringLiteral("TalvoraPicker restore `fileInfo -q \"TalvoraPickerData\"`;"));
+    s.host->executeCommandOnIdle(QStringLiteral("TalvoraPicker restore `fileInfo -q \"%1\"`;")
+                                     .arg(QLatin1String(picker_scene_data_key)));
 }
 
 void picker_main::cleanup() {

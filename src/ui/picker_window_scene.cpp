@@ -17,7 +17,7 @@ namespace {
 const QString file_modified = QStringLiteral("; file -modified 1;");
 
 QString image_entry(const QString& key) {
-    return picker_mel_quote(QStringLiteral("TalvoraPickerImage_") + key);
+    return picker_mel_quote(QLatin1String(picker_scene_image_prefix) + key);
 }
 
 // Keys are issued as MEL; ours are always the decimal text of a pixmap's cache key.
@@ -140,7 +140,9 @@ void picker_window::flushSceneData() {
     const QByteArray text = sceneCompressor_.compress(pieces).toBase64();
     QString mel;
     mel.reserve(static_cast<int>(text.size()) + 64);
-    mel += QLatin1String("fileInfo \"TalvoraPickerData\" \"");
+    mel += QLatin1String("fileInfo \"");
+    mel += QLatin1String(picker_scene_data_key);
+    mel += QLatin1String("\" \"");
     mel += QLatin1String(text);
     mel += QLatin1Char('"');
     mel += file_modified;

@@ -15,9 +15,8 @@
 
 namespace {
 
-// The fileInfo key the picker window keeps its tabs under.
-const QString picker_data_key = QStringLiteral("TalvoraPickerData");
-const QString image_key_prefix = QStringLiteral("TalvoraPickerImage_");
+const QLatin1String picker_data_key(picker_scene_data_key);
+const QLatin1String image_key_prefix(picker_scene_image_prefix);
 
 // Reads the scene and the tabs it stores; false after reporting why not. A scene without
 // pickers is no failure: it has no tabs.
