@@ -207,43 +207,64 @@ face_cache& faces() {
     return cache;
 }
 
-// Buttons with the same label text and colour share one image of it: a big picker holds each
-// label once, and a repaint tells faces apart by the image alone. An image no button holds any
-// more is let go once the set has doubled since the last sweep.
+// A label as a button holds it: the size its text measures, in even sizes so the text centres
+// on whole pixels, and the text drawn in that size (null when the size is empty).
+struct label_image {
+    QSize size;
+    QImage image;
+};
+
+// Buttons with the same label text and colour share one image of it, measured and drawn once:
+// a big picker holds each label once, and a repaint tells faces apart by the image alone. An
+// image no button holds any more is let go once the set has doubled since the last sweep.
 class label_image_set {
 public:
-    QImage image(const QString& text, QRgb colour, const QFont& font, const QSize& size) {
-        if (size.isEmpty())
-            return QImage(); // nothing to hold, and a null image is never let go
+    label_image label(const QString& text, QRgb colour) {
         const auto key = qMakePair(text, colour);
-        const auto found = images_.constFind(key);
-        if (found != images_.constEnd())
+        const auto found = labels_.constFind(key);
+        if (found != labels_.constEnd())
             return *found;
-        if (images_.size() >= sweep_at_)
+        const label_image made = draw(text, colour);
+        if (made.image.isNull())
+            return made; // nothing to share, and a null image would never be let go
+        if (labels_.size() >= sweep_at_)
             sweep();
-        QImage image(size, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        QPainter painter;
-        if (painter.begin(&image)) {
-            painter.setFont(font);
-            painter.setBrush(QBrush(Qt::black));
-            painter.setPen(QColor::fromRgb(colour));
-            painter.drawText(QRect(QPoint(0, 0), size), Qt::AlignCenter, text);
-            painter.end();
-        }
-        images_.insert(key, image);
-        return image;
+        labels_.insert(key, made);
+        return made;
     }
 
 private:
+    static label_image draw(const QString& text, QRgb colour) {
+        const QFont font = label_font();
+        QRect t = QFontMetrics(font).boundingRect(text);
+        if (t.width() % 2 != 0)
+            t.setWidth(t.width() + 1);
+        if (t.height() % 2 != 0)
+            t.setHeight(t.height() + 1);
+        label_image made{t.size(), QImage()};
+        if (made.size.isEmpty())
+            return made;
+        made.image = QImage(made.size, QImage::Format_ARGB32_Premultiplied);
+        made.image.fill(Qt::transparent);
+        QPainter painter;
+        if (painter.begin(&made.image)) {
+            painter.setFont(font);
+            painter.setBrush(QBrush(Qt::black));
+            painter.setPen(QColor::fromRgb(colour));
+            painter.drawText(QRect(QPoint(0, 0), made.size), Qt::AlignCenter, text);
+            painter.end();
+        }
+        return made;
+    }
+
     void sweep() {
-        for (auto it = images_.begin(); it != images_.end();)
-            it = it->isDetached() ? images_.erase(it) : std::next(it);
-        sweep_at_ = std::max<qsizetype>(first_sweep, 2 * images_.size());
+        for (auto it = labels_.begin(); it != labels_.end();)
+            it = it->image.isDetached() ? labels_.erase(it) : std::next(it);
+        sweep_at_ = std::max<qsizetype>(first_sweep, 2 * labels_.size());
     }
 
     static constexpr qsizetype first_sweep = 256;
-    QHash<QPair<QString, QRgb>, QImage> images_;
+    QHash<QPair<QString, QRgb>, label_image> labels_;
     qsizetype sweep_at_ = first_sweep;
 };
 
@@ -374,18 +395,12 @@ void picker_view::draw_label(QPainter& p, const buttonRecord& b, const QPointF& 
 }
 
 void picker_view::make_button_label(const buttonAttributes& att, buttonRecord* rec) {
-    const QFont font = label_font();
-    QRect t = QFontMetrics(font).boundingRect(att.label);
-    // Even sizes centre the text on whole pixels.
-    if (t.width() % 2 != 0)
-        t.setWidth(t.width() + 1);
-    if (t.height() % 2 != 0)
-        t.setHeight(t.height() + 1);
-    const QSize box(std::max(t.width() + 2, att.size), std::max(t.height(), att.size));
+    const label_image label = label_images().label(att.label, att.tcolor);
+    const QSize box(std::max(label.size.width() + 2, att.size),
+                    std::max(label.size.height(), att.size));
     rec->bounds = QRect(QPoint(0, 0), box);
     rec->bounds.moveCenter(att.pos);
-
-    rec->img = label_images().image(att.label, att.tcolor, font, t.size());
+    rec->img = label.image;
 }
 
 void picker_view::change_background() {
