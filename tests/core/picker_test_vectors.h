@@ -20,10 +20,6 @@ inline QByteArray hex(const char* text) {
     return QByteArray::fromHex(QByteArray(text));
 }
 
-inline QString text(const char* utf8) {
-    return QString::fromUtf8(utf8);
-}
-
 // The build forbids implicit conversion from char strings; "x"_q is the short explicit one.
 inline QString operator""_q(const char* utf8, std::size_t size) {
     return QString::fromUtf8(utf8, int(size));
@@ -31,7 +27,7 @@ inline QString operator""_q(const char* utf8, std::size_t size) {
 
 // Names written as one blank-separated string.
 inline QStringList words(const char* blankSeparated) {
-    return text(blankSeparated).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    return QString::fromUtf8(blankSeparated).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
 inline QByteArray pngOf(const QImage& image) {
@@ -99,12 +95,11 @@ inline buttonAttributes makeButton(QPoint pos, qint32 size, qint32 type, qint32 
 // The buttons that selectionRecord() and commandRecord() describe.
 inline buttonAttributes selectionButton() {
     return makeButton(QPoint(10, -20), 12, 0, 0, 0xFFB22222, 0xFF000000, QString(),
-                      {text("L_hand"), text("L_arm")});
+                      {"L_hand"_q, "L_arm"_q});
 }
 
 inline buttonAttributes commandButton() {
-    return makeButton(QPoint(100, 50), 20, 1, 1, 0xFF2222B2, 0xFFFFFFFF, text("Go"),
-                      {text("print(1)")});
+    return makeButton(QPoint(100, 50), 20, 1, 1, 0xFF2222B2, 0xFFFFFFFF, "Go"_q, {"print(1)"_q});
 }
 
 // View button list in the newest layout: the two records above.
@@ -122,8 +117,8 @@ inline QByteArray buttonListVersion1() {
 
 // The buttons that buttonListVersion1() describes.
 inline button_att_list buttonsVersion1() {
-    return {makeButton(QPoint(5, 6), 8, 0, 0, 0xFF00FF00, 0x00FFFFFF, text(""), {text("a")}),
-            makeButton(QPoint(-5, 0), 4, 0, 0, 0xFF0000FF, 0x00FFFFFF, text("b"), {text("b")})};
+    return {makeButton(QPoint(5, 6), 8, 0, 0, 0xFF00FF00, 0x00FFFFFF, ""_q, {"a"_q}),
+            makeButton(QPoint(-5, 0), 4, 0, 0, 0xFF0000FF, 0x00FFFFFF, "b"_q, {"b"_q})};
 }
 
 // Version 3 layout (type and api, no label colour): index 0 at (1, 2) size 3, command MEL,
@@ -139,9 +134,8 @@ inline QByteArray buttonListVersion3() {
 
 // The buttons that buttonListVersion3() describes.
 inline button_att_list buttonsVersion3() {
-    return {makeButton(QPoint(1, 2), 3, 1, 0, 0xFF123456, 0x00FFFFFF, QString(), {text("x")}),
-            makeButton(QPoint(7, 8), 9, 0, 1, 0x80ABCDEF, 0x00FFFFFF, text("y"),
-                       {text("y"), text("z")})};
+    return {makeButton(QPoint(1, 2), 3, 1, 0, 0xFF123456, 0x00FFFFFF, QString(), {"x"_q}),
+            makeButton(QPoint(7, 8), 9, 0, 1, 0x80ABCDEF, 0x00FFFFFF, "y"_q, {"y"_q, "z"_q})};
 }
 
 // .pkr file, format 4: title "Arm", null background key (so no image), buttonListVersion4().

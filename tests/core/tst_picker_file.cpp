@@ -54,30 +54,27 @@ private slots:
         QTest::addColumn<picker_tab_record>("tab");
         QTest::addColumn<int>("version");
 
-        const picker_tab_record arm{
-            text("Arm"), QString(), {}, {selectionButton(), commandButton()}};
+        const picker_tab_record arm{"Arm"_q, QString(), {}, {selectionButton(), commandButton()}};
         QTest::newRow("format 4") << pkrVersion4() << arm << 4;
         QTest::newRow("format 4 with image")
             << pkrVersion4WithImage(tinyPng())
-            << picker_tab_record{text("Face"), text("bg"), tinyPng(), {selectionButton()}} << 4;
+            << picker_tab_record{"Face"_q, "bg"_q, tinyPng(), {selectionButton()}} << 4;
         // Labels and names are UTF-16: a surrogate pair is two units.
         QTest::newRow("non-ASCII as UTF-16")
             << hex("00000004 00000006 00410072006d ffffffff 00000001"
                    "00000000 00000000 00000000 00000001 00000000 00000000 00000000 00000000"
                    "00000006 03a8 d83d de00 00000001 0000000c 0062007200610073005f 00e9")
-            << picker_tab_record{text("Arm"),
+            << picker_tab_record{"Arm"_q,
                                  QString(),
                                  {},
                                  {makeButton(QPoint(0, 0), 1, 0, 0, 0, 0,
-                                             text("\xCE\xA8\xF0\x9F\x98\x80"),
-                                             {text("bras_\xC3\xA9")})}}
+                                             "\xCE\xA8\xF0\x9F\x98\x80"_q, {"bras_\xC3\xA9"_q})}}
             << 4;
         QTest::newRow("format 3, no label colour")
             << hex("00000003 00000006 00410072006d ffffffff") + buttonListVersion3()
-            << picker_tab_record{text("Arm"), QString(), {}, buttonsVersion3()} << 3;
+            << picker_tab_record{"Arm"_q, QString(), {}, buttonsVersion3()} << 3;
         QTest::newRow("format 1, no key field")
-            << pkrVersion1() << picker_tab_record{text("Old"), QString(), {}, buttonsVersion1()}
-            << 1;
+            << pkrVersion1() << picker_tab_record{"Old"_q, QString(), {}, buttonsVersion1()} << 1;
     }
 
     // Older layouts are read, the current one is also written back byte for byte.
@@ -144,8 +141,8 @@ private slots:
         QCOMPARE(set.current, 1);
         // Written back byte for byte, the first tab's empty key stays empty rather than null.
         QCOMPARE(set.tabs, (QList<picker_tab_record>{
-                               {text("Arm"), text(""), {}, {selectionButton(), commandButton()}},
-                               {text("Leg"), text("bg"), {}, {}}}));
+                               {"Arm"_q, ""_q, {}, {selectionButton(), commandButton()}},
+                               {"Leg"_q, "bg"_q, {}, {}}}));
         QByteArray written;
         QDataStream out(&written, QIODevice::WriteOnly);
         writeTabStream(out, set);

@@ -95,9 +95,9 @@ class tst_pkrtool : public QObject {
     }
 
     void write(const char* name, const QByteArray& bytes) {
-        QVERIFY(writeBytes(dir_->filePath(text(name)), bytes));
+        QVERIFY(writeBytes(dir_->filePath(QString::fromUtf8(name)), bytes));
     }
-    QByteArray read(const char* name) { return readBytes(dir_->filePath(text(name))); }
+    QByteArray read(const char* name) { return readBytes(dir_->filePath(QString::fromUtf8(name))); }
 
 private slots:
     void fileToJson() {
