@@ -50,10 +50,6 @@ float mix_fn(float t, float a, float b) {
     return (b - a) * t + a;
 }
 
-double round_fn(double x) {
-    return static_cast<double>(static_cast<int>(x + 0.5));
-}
-
 picker_view::picker_view(picker_window* window, QWidget* parent)
     : QWidget(parent), window_(window), overlay_(this) {
     build_input();

@@ -39,7 +39,9 @@ float limitZoom(float z);
 // (b - a) * t + a.
 float mix_fn(float t, float a, float b);
 // Adds one half and truncates toward zero: halves round up for positive values only.
-double round_fn(double x);
+inline double round_fn(double x) {
+    return static_cast<double>(static_cast<int>(x + 0.5));
+}
 
 // One tab's canvas: its buttons, background, undo history and overlays, shown through a zoom and
 // an offset, with the pointer gesture in progress.
@@ -189,9 +191,6 @@ private:
     // the shape; no pen before any.
     void draw_one_button(QPainter& p, const buttonRecord& b, int outline) const;
     void draw_command_button(QPainter& p, const buttonRecord& b) const;
-    void draw_label(QPainter& p, const buttonRecord& b, const QPointF& center) const;
-    // Where the label lands, centred on a widget point; null without a label.
-    QRectF label_target(const buttonRecord& b, const QPointF& center) const;
     static bool label_cut_out(const buttonRecord& b);
     void nudge_buttons(int dx, int dy);
     // Context menu, actions, shortcuts, cursors and pointer tracking.

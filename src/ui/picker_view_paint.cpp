@@ -89,10 +89,55 @@ void draw_look(QPainter& p, const QRectF& r, const button_look& look) {
     p.drawRoundedRect(r, k, k, Qt::AbsoluteSize);
 }
 
+// Where a label lands: a whole-pixel size centred on a whole pixel, so its target is exact in
+// halves and the pixels it touches follow in integers. Empty without a label.
+struct label_spot {
+    QPoint centre;
+    QSize size;
+
+    bool isEmpty() const { return size.isEmpty(); }
+    QRectF target() const {
+        return QRectF(centre.x() - size.width() / 2.0, centre.y() - size.height() / 2.0,
+                      size.width(), size.height());
+    }
+    // target(), widened to whole pixels: an odd side starts and ends half-way into one.
+    QRect pixels() const {
+        const int w = size.width();
+        const int h = size.height();
+        return QRect(centre.x() - (w + 1) / 2, centre.y() - (h + 1) / 2, w + (w & 1), h + (h & 1));
+    }
+    bool operator==(const label_spot& other) const {
+        return centre == other.centre && size == other.size;
+    }
+};
+
+// Where b's label lands on a button drawn in box at the given zoom.
+label_spot spot_for(const buttonRecord& b, const QRect& box, qreal zoom) {
+    if (b.img.isNull())
+        return label_spot();
+    // round_fn of the box's centre, x + w / 2 + 1/2 truncated, in integers: division truncates too.
+    const auto rounded_centre = [](int x, int w) { return int((2 * qint64(x) + w + 1) / 2); };
+    return {QPoint(rounded_centre(box.x(), box.width()), rounded_centre(box.y(), box.height())),
+            QSize(int(round_fn(b.img.width() * zoom)), int(round_fn(b.img.height() * zoom)))};
+}
+
 // Every pixel a button's look (with a pixel of margin for the outline) and label touch.
-QRect face_area(const QRect& box, const QRectF& label) {
+QRect face_area(const QRect& box, const label_spot& label) {
     const QRect area = box.adjusted(-1, -1, 1, 1);
-    return label.isNull() ? area : area | label.toAlignedRect();
+    return label.isEmpty() ? area : area | label.pixels();
+}
+
+void draw_label_image(QPainter& p, const label_spot& spot, const QImage& label) {
+    p.drawImage(spot.target(), label, QRectF(QPointF(0, 0), QSizeF(label.size())));
+}
+
+// A label drawn on its own over what the canvas shows; one cut out of its button in XOR.
+void draw_label_apart(QPainter& p, const label_spot& spot, const QImage& label, bool cut_out) {
+    if (cut_out)
+        p.setCompositionMode(QPainter::CompositionMode_Xor);
+    draw_label_image(p, spot, label);
+    if (cut_out)
+        p.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
 // A button as it lands on the canvas, short of a label that is cut out of it: its look, and
@@ -103,7 +148,7 @@ QRect face_area(const QRect& box, const QRectF& label) {
 struct button_face {
     button_look look;
     QRect box;
-    QRectF text;         // null without a label
+    label_spot text;
     qint64 labelKey = 0; // the label image's cache key
 
     QSize imageSize() const {
@@ -118,18 +163,24 @@ struct button_face {
         quint64 k = look.key();
         const auto mix = [&k](quint64 v) { k = (k ^ v) * 0x9E3779B97F4A7C15ull; };
         mix(quint64(quint32(box.x())) | quint64(quint32(box.y())) << 32);
-        mix(quint64(quint32(qRound(text.x() * 2))) | quint64(quint32(qRound(text.y() * 2))) << 32);
-        mix(quint64(quint32(qRound(text.width() * 2))) | quint64(quint32(qRound(text.height() * 2)))
-                                                             << 32);
+        mix(quint64(quint32(text.centre.x())) | quint64(quint32(text.centre.y())) << 32);
+        mix(quint64(quint32(text.size.width())) | quint64(quint32(text.size.height())) << 32);
         mix(quint64(labelKey));
         return k;
     }
     void draw(QPainter& p, const QImage& label) const {
         draw_look(p, QRectF(box), look);
-        if (!text.isNull())
-            p.drawImage(text, label, QRectF(QPointF(0, 0), QSizeF(label.size())));
+        if (!text.isEmpty())
+            draw_label_image(p, text, label);
     }
 };
+
+// Copies stay exact only while one painter unit is one whole device pixel.
+bool copies_exact(const QPainter& p) {
+    const QTransform& t = p.deviceTransform();
+    return t.type() <= QTransform::TxTranslate && t.dx() == std::floor(t.dx()) &&
+           t.dy() == std::floor(t.dy());
+}
 
 // Drawing the same faces again and again is most of a repaint, so each is drawn once into an
 // image and copied from then on. The images are shared by every view. Past the budget, faces
@@ -140,13 +191,16 @@ public:
     // Larger faces are rare and would crowd the others out: they are drawn each time.
     static constexpr int largest_side = 512;
 
-    void beginPaint() {
+    void beginPaint(const QPainter& p) {
         ++paint_;
         swept_ = false;
+        exact_ = copies_exact(p);
     }
 
-    // Null when the face is not to be cached. label is the face's label image.
+    // Null when the face is not to be copied in this paint. label is the face's label image.
     const QImage* image(const button_face& face, const QImage& label) {
+        if (!exact_)
+            return nullptr;
         const quint64 key = face.key();
         const auto found = entries_.find(key);
         if (found != entries_.end()) {
@@ -200,6 +254,7 @@ private:
     qint64 bytes_ = 0;
     quint64 paint_ = 0;
     bool swept_ = false;
+    bool exact_ = false;
 };
 
 face_cache& faces() {
@@ -273,23 +328,14 @@ label_image_set& label_images() {
     return images;
 }
 
-// Copies stay exact only while one painter unit is one whole device pixel.
-bool copies_exact(const QPainter& p) {
-    const QTransform& t = p.deviceTransform();
-    return t.type() <= QTransform::TxTranslate && t.dx() == std::floor(t.dx()) &&
-           t.dy() == std::floor(t.dy());
-}
-
-// label is null, or the target of a label drawn in the current composition mode.
+// label is empty, or where b's label is drawn over the look in the current composition mode.
 void draw_face(QPainter& p, const QRect& box, const button_look& look, const buttonRecord& b,
-               const QRectF& label) {
+               const label_spot& label) {
     const QRect area = face_area(box, label);
-    if (copies_exact(p) && area.width() <= face_cache::largest_side &&
-        area.height() <= face_cache::largest_side) {
-        const QPointF origin(area.topLeft());
-        button_face face{look, box.translated(-area.topLeft()), QRectF(), 0};
-        if (!label.isNull()) {
-            face.text = label.translated(-origin);
+    if (area.width() <= face_cache::largest_side && area.height() <= face_cache::largest_side) {
+        button_face face{look, box.translated(-area.topLeft()), label_spot(), 0};
+        if (!label.isEmpty()) {
+            face.text = {label.centre - area.topLeft(), label.size};
             face.labelKey = b.img.cacheKey();
         }
         if (const QImage* image = faces().image(face, b.img)) {
@@ -298,8 +344,8 @@ void draw_face(QPainter& p, const QRect& box, const button_look& look, const but
         }
     }
     draw_look(p, QRectF(box), look);
-    if (!label.isNull())
-        p.drawImage(label, b.img, QRectF(QPointF(0, 0), QSizeF(b.img.size())));
+    if (!label.isEmpty())
+        draw_label_image(p, label, b.img);
 }
 
 } // namespace
@@ -312,7 +358,7 @@ void picker_view::paintEvent(QPaintEvent* e) {
 }
 
 void picker_view::paint(QPainter& p, const QRect& area, bool overlays) {
-    faces().beginPaint();
+    faces().beginPaint(p);
     p.setRenderHint(QPainter::Antialiasing, true);
     p.fillRect(area, QBrush(QColor(51, 51, 51, 255)));
     if (!back_.isNull())
@@ -346,52 +392,30 @@ void picker_view::draw_one_button(QPainter& p, const buttonRecord& b, int outlin
     else if (b.selected != buttonRecord::None)
         fill = qRgb(128, 128, 128);
     const QRect box = mapToScreen(b.bounds);
-    const QPointF center = QRectF(box).center();
+    const label_spot label = spot_for(b, box, zoom_);
     // A label cut out of the button must meet the canvas as it stands, so it is drawn apart.
-    const bool apart = b.att.sel.size() < 2 || label_cut_out(b);
+    const bool cut_out = label_cut_out(b);
+    const bool apart = b.att.sel.size() < 2 || cut_out;
     if (b.att.sel.size() > 1) {
         const auto shape = b.img.isNull() ? button_look::ellipse : button_look::rounded;
-        draw_face(p, box, {shape, outline, fill, box.size()}, b,
-                  apart ? QRectF() : label_target(b, center));
+        draw_face(p, box, {shape, outline, fill, box.size()}, b, apart ? label_spot() : label);
     } else {
         p.fillRect(QRectF(box), QColor::fromRgb(fill));
     }
-    if (apart)
-        draw_label(p, b, center);
+    if (apart && !label.isEmpty())
+        draw_label_apart(p, label, b.img, cut_out);
 }
 
 void picker_view::draw_command_button(QPainter& p, const buttonRecord& b) const {
     const QRect box = mapToScreen(b.bounds);
     draw_face(p, box, {button_look::command, lit_state(b), b.att.color, box.size()}, b,
-              label_target(b, QRectF(box).center()));
-}
-
-QRectF picker_view::label_target(const buttonRecord& b, const QPointF& center) const {
-    if (b.img.isNull())
-        return QRectF();
-    QRectF target(0, 0, round_fn(b.img.width() * zoom_), round_fn(b.img.height() * zoom_));
-    target.moveCenter(QPointF(round_fn(center.x()), round_fn(center.y())));
-    return target;
+              spot_for(b, box, zoom_));
 }
 
 // A light label on a lit selection button is cut out of it rather than drawn light on light.
 bool picker_view::label_cut_out(const buttonRecord& b) {
     return b.att.type == buttonAttributes::Selection && b.selected == buttonRecord::All &&
            (b.att.tcolor & 0x808080u) != 0 && !b.img.isNull();
-}
-
-void picker_view::draw_label(QPainter& p, const buttonRecord& b, const QPointF& center) const {
-    if (b.img.isNull())
-        return;
-    const QRectF source(QPointF(0, 0), QSizeF(b.img.size()));
-    const QRectF target = label_target(b, center);
-    if (!label_cut_out(b)) {
-        p.drawImage(target, b.img, source);
-        return;
-    }
-    p.setCompositionMode(QPainter::CompositionMode_Xor);
-    p.drawImage(target, b.img, source);
-    p.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
 void picker_view::make_button_label(const buttonAttributes& att, buttonRecord* rec) {
