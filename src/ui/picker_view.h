@@ -5,6 +5,7 @@
 #include "picker_types.h"
 
 #include <QCursor>
+#include <QImage>
 #include <QList>
 #include <QPixmap>
 #include <QPoint>
@@ -18,6 +19,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <vector>
 
 class QAction;
 class QDataStream;
@@ -42,6 +44,24 @@ float mix_fn(float t, float a, float b);
 inline double round_fn(double x) {
     return static_cast<double>(static_cast<int>(x + 0.5));
 }
+
+// A button face drawn once into an image that every view copies, and the last paint that did.
+struct cached_face {
+    QImage image;
+    quint64 paint = 0;
+};
+
+// A button drawn whole as one copy of a cached face: what the face was worked out from besides
+// the zoom and offset, and where it was copied, so the next paint copies an unchanged button
+// again without working its face out.
+struct face_copy {
+    QRect bounds;
+    quint64 look = 0;
+    qint64 label = 0;
+    quint64 generation = 0; // of the face cache: face stays good while this holds
+    QPoint at;
+    cached_face* face = nullptr;
+};
 
 // One tab's canvas: its buttons, background, undo history and overlays, shown through a zoom and
 // an offset, with the pointer gesture in progress.
@@ -186,11 +206,11 @@ protected:
     void keyReleaseEvent(QKeyEvent* e) override;
 
 private:
-    void draw_buttons(QPainter& p, const QRect& area) const;
+    void draw_buttons(QPainter& p, const QRect& area);
     // outline: the lit state of the command button drawn last in this pass, whose pen outlines
-    // the shape; no pen before any.
-    void draw_one_button(QPainter& p, const buttonRecord& b, int outline) const;
-    void draw_command_button(QPainter& p, const buttonRecord& b) const;
+    // the shape; no pen before any. copy: how the button was drawn last, and is drawn now.
+    void draw_one_button(QPainter& p, const buttonRecord& b, int outline, face_copy& copy) const;
+    void draw_command_button(QPainter& p, const buttonRecord& b, face_copy& copy) const;
     static bool label_cut_out(const buttonRecord& b);
     void nudge_buttons(int dx, int dy);
     // Context menu, actions, shortcuts, cursors and pointer tracking.
@@ -227,6 +247,9 @@ private:
     QPoint shift_;
     qreal zoom_ = 1.0;
     button_list blist_;
+    std::vector<face_copy> copies_; // by button, made at the zoom and offset below
+    qreal copiesZoom_ = 0;
+    QPoint copiesShift_;
     buttonRecord* lastButton_ = nullptr;
     overlay_list overlay_;
     QUndoStack undoer_;

@@ -197,19 +197,29 @@ public:
         exact_ = copies_exact(p);
     }
 
+    // Changes whenever an image may have moved or gone, and while faces are not copied.
+    quint64 generation() const { return exact_ ? generation_ : 0; }
+
+    // A face found through a view's copy of it, rather than looked up, is used all the same.
+    const QImage& use(cached_face& face) const {
+        face.paint = paint_;
+        return face.image;
+    }
+
     // Null when the face is not to be copied in this paint. label is the face's label image.
-    const QImage* image(const button_face& face, const QImage& label) {
+    cached_face* image(const button_face& face, const QImage& label) {
         if (!exact_)
             return nullptr;
         const quint64 key = face.key();
         const auto found = entries_.find(key);
         if (found != entries_.end()) {
             if (found->face == face) {
-                found->paint = paint_;
-                return &found->image;
+                found->cached.paint = paint_;
+                return &found->cached;
             }
-            bytes_ -= found->image.sizeInBytes();
+            bytes_ -= found->cached.image.sizeInBytes();
             entries_.erase(found);
+            ++generation_;
         }
         const QSize size = face.imageSize();
         if (size.isEmpty())
@@ -224,26 +234,27 @@ public:
         face.draw(painter, label);
         painter.end();
         bytes_ += image.sizeInBytes();
-        return &entries_.insert(key, entry{face, std::move(image), paint_})->image;
+        ++generation_;
+        return &entries_.insert(key, entry{face, cached_face{std::move(image), paint_}})->cached;
     }
 
 private:
     struct entry {
         button_face face;
-        QImage image;
-        quint64 paint;
+        cached_face cached;
     };
 
     bool make_room(qint64 bytes) {
         if (!swept_) {
             swept_ = true;
             for (auto it = entries_.begin(); it != entries_.end();) {
-                if (it->paint == paint_) {
+                if (it->cached.paint == paint_) {
                     ++it;
                     continue;
                 }
-                bytes_ -= it->image.sizeInBytes();
+                bytes_ -= it->cached.image.sizeInBytes();
                 it = entries_.erase(it);
+                ++generation_;
             }
         }
         return bytes_ + bytes <= budget;
@@ -253,6 +264,7 @@ private:
     QHash<quint64, entry> entries_;
     qint64 bytes_ = 0;
     quint64 paint_ = 0;
+    quint64 generation_ = 1;
     bool swept_ = false;
     bool exact_ = false;
 };
@@ -329,8 +341,9 @@ label_image_set& label_images() {
 }
 
 // label is empty, or where b's label is drawn over the look in the current composition mode.
-void draw_face(QPainter& p, const QRect& box, const button_look& look, const buttonRecord& b,
-               const label_spot& label) {
+// Returns where the face was copied from, or no image when it was drawn directly.
+face_copy draw_face(QPainter& p, const QRect& box, const button_look& look, const buttonRecord& b,
+                    const label_spot& label) {
     const QRect area = face_area(box, label);
     if (area.width() <= face_cache::largest_side && area.height() <= face_cache::largest_side) {
         button_face face{look, box.translated(-area.topLeft()), label_spot(), 0};
@@ -338,14 +351,39 @@ void draw_face(QPainter& p, const QRect& box, const button_look& look, const but
             face.text = {label.centre - area.topLeft(), label.size};
             face.labelKey = b.img.cacheKey();
         }
-        if (const QImage* image = faces().image(face, b.img)) {
-            p.drawImage(area.topLeft(), *image);
-            return;
+        if (cached_face* cached = faces().image(face, b.img)) {
+            p.drawImage(area.topLeft(), cached->image);
+            face_copy copy;
+            copy.at = area.topLeft();
+            copy.face = cached;
+            return copy;
         }
     }
     draw_look(p, QRectF(box), look);
     if (!label.isEmpty())
         draw_label_image(p, label, b.img);
+    return face_copy();
+}
+
+// Draws b whole, its look (sized here to its box) with its label over it, copying the face the
+// last paint copied when nothing it was worked out from has changed since.
+void draw_whole_face(QPainter& p, const picker_view& view, const buttonRecord& b, button_look look,
+                     face_copy& copy) {
+    const quint64 lookKey = look.key();
+    const qint64 labelKey = b.img.cacheKey();
+    const quint64 generation = faces().generation();
+    if (copy.face != nullptr && copy.generation == generation && copy.bounds == b.bounds &&
+        copy.look == lookKey && copy.label == labelKey) {
+        p.drawImage(copy.at, faces().use(*copy.face));
+        return;
+    }
+    const QRect box = view.mapToScreen(b.bounds);
+    look.size = box.size();
+    copy = draw_face(p, box, look, b, spot_for(b, box, view.zoom()));
+    copy.bounds = b.bounds;
+    copy.look = lookKey;
+    copy.label = labelKey;
+    copy.generation = faces().generation();
 }
 
 } // namespace
@@ -368,48 +406,60 @@ void picker_view::paint(QPainter& p, const QRect& area, bool overlays) {
         overlay_.draw(p);
 }
 
-void picker_view::draw_buttons(QPainter& p, const QRect& area) const {
+void picker_view::draw_buttons(QPainter& p, const QRect& area) {
     if (blist_.isEmpty())
         return;
+    if (copiesZoom_ != zoom_ || copiesShift_ != shift_) {
+        copies_.clear();
+        copiesZoom_ = zoom_;
+        copiesShift_ = shift_;
+    }
+    // Buttons added or taken away shift the others: their copies no longer match and are
+    // worked out again.
+    copies_.resize(static_cast<size_t>(blist_.size()));
     const QRect r = mapToPicker(area);
     int outline = no_outline;
-    for (const buttonRecord& button : blist_) {
+    for (qsizetype i = 0; i < blist_.size(); ++i) {
+        const buttonRecord& button = blist_.at(i);
         if (!button.bounds.intersects(r))
             continue;
+        face_copy& copy = copies_[static_cast<size_t>(i)];
         if (button.att.type != buttonAttributes::Selection) {
             outline = lit_state(button);
-            draw_command_button(p, button);
+            draw_command_button(p, button, copy);
         } else {
-            draw_one_button(p, button, outline);
+            draw_one_button(p, button, outline, copy);
         }
     }
 }
 
-void picker_view::draw_one_button(QPainter& p, const buttonRecord& b, int outline) const {
+void picker_view::draw_one_button(QPainter& p, const buttonRecord& b, int outline,
+                                  face_copy& copy) const {
     QRgb fill = b.att.color;
     if (b.selected == buttonRecord::All)
         fill = qRgb(224, 224, 224);
     else if (b.selected != buttonRecord::None)
         fill = qRgb(128, 128, 128);
-    const QRect box = mapToScreen(b.bounds);
-    const label_spot label = spot_for(b, box, zoom_);
+    const auto shape = b.img.isNull() ? button_look::ellipse : button_look::rounded;
     // A label cut out of the button must meet the canvas as it stands, so it is drawn apart.
     const bool cut_out = label_cut_out(b);
-    const bool apart = b.att.sel.size() < 2 || cut_out;
-    if (b.att.sel.size() > 1) {
-        const auto shape = b.img.isNull() ? button_look::ellipse : button_look::rounded;
-        draw_face(p, box, {shape, outline, fill, box.size()}, b, apart ? label_spot() : label);
-    } else {
-        p.fillRect(QRectF(box), QColor::fromRgb(fill));
+    if (b.att.sel.size() > 1 && !cut_out) {
+        draw_whole_face(p, *this, b, {shape, outline, fill, QSize()}, copy);
+        return;
     }
-    if (apart && !label.isEmpty())
+    copy = face_copy();
+    const QRect box = mapToScreen(b.bounds);
+    if (b.att.sel.size() > 1)
+        draw_face(p, box, {shape, outline, fill, box.size()}, b, label_spot());
+    else
+        p.fillRect(QRectF(box), QColor::fromRgb(fill));
+    const label_spot label = spot_for(b, box, zoom_);
+    if (!label.isEmpty())
         draw_label_apart(p, label, b.img, cut_out);
 }
 
-void picker_view::draw_command_button(QPainter& p, const buttonRecord& b) const {
-    const QRect box = mapToScreen(b.bounds);
-    draw_face(p, box, {button_look::command, lit_state(b), b.att.color, box.size()}, b,
-              spot_for(b, box, zoom_));
+void picker_view::draw_command_button(QPainter& p, const buttonRecord& b, face_copy& copy) const {
+    draw_whole_face(p, *this, b, {button_look::command, lit_state(b), b.att.color, QSize()}, copy);
 }
 
 // A light label on a lit selection button is cut out of it rather than drawn light on light.

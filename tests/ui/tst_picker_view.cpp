@@ -323,6 +323,75 @@ private slots:
             QCOMPARE(image.pixelColor(probes.at(i)), colours.at(i));
     }
 
+    // A view copies each unchanged button's face from its last paint. After any change, what it
+    // paints must be what a view that never painted shows for the same buttons.
+    void repaint_matches_a_fresh_paint_data() {
+        QTest::addColumn<QString>("change");
+        for (const char* change :
+             {"nothing", "command lit", "light label cut out", "moved", "first removed",
+              "relabelled", "zoomed", "panned", "other tab painted"})
+            QTest::newRow(change) << QString::fromLatin1(change);
+    }
+
+    void repaint_matches_a_fresh_paint() {
+        QFETCH(QString, change);
+        picker_view view;
+        view.resize(160, 80);
+        // A command button, whose outline the next one carries, a labelled shape, a light label
+        // on a light button, and an unlabelled circle.
+        buttonAttributes command = button_at(QPoint(30, 40), ab, 20, buttonAttributes::Command);
+        command.label = QStringLiteral("C");
+        buttonAttributes shape = button_at(QPoint(60, 40), ab, 20);
+        shape.label = QStringLiteral("S");
+        buttonAttributes light = button_at(QPoint(90, 40), ab, 20);
+        light.color = qRgb(224, 224, 224);
+        light.label = QStringLiteral("L");
+        light.tcolor = 0xFFFFFFFF;
+        const QList<buttonAttributes> atts{command, shape, light, button_at({120, 40}, ab, 20)};
+        for (const buttonAttributes& att : atts)
+            view.push_button(att, -1);
+        // The first paint makes the faces, the second copies them.
+        render(view);
+        render(view);
+
+        button_list& buttons = *view.buttons();
+        if (change == QLatin1String("command lit"))
+            buttons[0].selected = buttonRecord::All;
+        if (change == QLatin1String("light label cut out"))
+            buttons[2].selected = buttonRecord::All;
+        if (change == QLatin1String("moved"))
+            buttons[1].moveTo(QPoint(61, 43));
+        if (change == QLatin1String("first removed"))
+            view.pop_button(0);
+        if (change == QLatin1String("relabelled"))
+            view.set_button_label(&buttons[1], QStringLiteral("T"));
+        if (change == QLatin1String("zoomed"))
+            view.setZoom(1.5f, QPoint(0, 0));
+        if (change == QLatin1String("panned"))
+            view.setShift(QPoint(5, -3));
+        if (change == QLatin1String("other tab painted")) {
+            // Enough new faces that the images every view shares are made and moved about.
+            picker_view other;
+            other.resize(400, 400);
+            for (int i = 0; i < 400; ++i) {
+                buttonAttributes att =
+                    button_at(QPoint(10 + i % 20 * 19, 10 + i / 20 * 19), ab, 16);
+                att.color = qRgb(i, 255 - i % 256, 90);
+                other.push_button(att, -1);
+            }
+            render(other);
+        }
+
+        const QImage repainted = render(view);
+        picker_view fresh;
+        fresh.resize(view.size());
+        for (const buttonRecord& button : std::as_const(buttons))
+            (*fresh.buttons())[fresh.push_button(button.att, -1)].selected = button.selected;
+        fresh.setZoom(static_cast<float>(view.zoom()), QPoint(0, 0));
+        fresh.setShift(view.shift());
+        QCOMPARE(repainted, render(fresh));
+    }
+
     // Two buttons with the same label share what is drawn of it; a changed label colour or text
     // must not show the old one.
     void repaint_shows_a_changed_label() {
