@@ -369,12 +369,12 @@ face_copy draw_face(QPainter& p, const QRect& box, const button_look& look, cons
 // last paint copied when nothing it was worked out from has changed since.
 void draw_whole_face(QPainter& p, const picker_view& view, const buttonRecord& b, button_look look,
                      face_copy& copy) {
+    face_cache& cache = faces();
     const quint64 lookKey = look.key();
     const qint64 labelKey = b.img.cacheKey();
-    const quint64 generation = faces().generation();
-    if (copy.face != nullptr && copy.generation == generation && copy.bounds == b.bounds &&
+    if (copy.face != nullptr && copy.generation == cache.generation() && copy.bounds == b.bounds &&
         copy.look == lookKey && copy.label == labelKey) {
-        p.drawImage(copy.at, faces().use(*copy.face));
+        p.drawImage(copy.at, cache.use(*copy.face));
         return;
     }
     const QRect box = view.mapToScreen(b.bounds);
@@ -383,7 +383,7 @@ void draw_whole_face(QPainter& p, const picker_view& view, const buttonRecord& b
     copy.bounds = b.bounds;
     copy.look = lookKey;
     copy.label = labelKey;
-    copy.generation = faces().generation();
+    copy.generation = cache.generation();
 }
 
 } // namespace
