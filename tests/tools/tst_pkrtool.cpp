@@ -299,7 +299,8 @@ private slots:
         const QRgb red = qRgb(0xB2, 0x22, 0x22);
         const QRgb lit = qRgb(224, 224, 224);
         QTest::newRow("nothing lit") << QString() << red << lit;
-        QTest::newRow("all names lit") << "--select a --select b --select c" << lit << red;
+        QTest::newRow("all names lit") << "--select a b c" << lit << red;
+        QTest::newRow("names one by one") << "--select a --select b --select=c" << lit << red;
         QTest::newRow("one name lit") << "--select b" << qRgb(128, 128, 128) << red;
     }
 

@@ -27,6 +27,29 @@ QSize parseSize(const QString& text) {
     return size;
 }
 
+// "--select a b c" names three nodes, as "--select a --select b --select c" does: every
+// argument after a --select's own, up to the next option, is one more name.
+QStringList spreadSelectNames(const QStringList& arguments) {
+    const QRegularExpression selectPattern(QStringLiteral("^--?select(=.*)?$"));
+    QStringList spread;
+    bool naming = false;
+    for (int i = 0; i < arguments.size(); ++i) {
+        const QString& argument = arguments.at(i);
+        if (argument.startsWith(QLatin1Char('-'))) {
+            spread << argument;
+            naming = selectPattern.match(argument).hasMatch();
+            // The first name after a bare --select is the option's own value.
+            if (naming && !argument.contains(QLatin1Char('=')) && i + 1 < arguments.size())
+                spread << arguments.at(++i);
+        } else {
+            if (naming)
+                spread << QStringLiteral("--select");
+            spread << argument;
+        }
+    }
+    return spread;
+}
+
 // The view as the window shows it: the same buttons, background and lit states.
 void loadView(picker_view& view, const picker_tab_record& tab, const QStringList& select) {
     if (!tab.backgroundPng.isEmpty()) {
@@ -51,7 +74,7 @@ int runRender(const QStringList& arguments, QIODevice& out, QIODevice& err) {
     const QCommandLineOption selectOption(QStringLiteral("select"), QString(),
                                           QStringLiteral("NAME"));
     parser.addOptions({output, sizeOption, zoomOption, frameOption, selectOption});
-    if (!parseCommand(parser, arguments, err))
+    if (!parseCommand(parser, spreadSelectNames(arguments), err))
         return pkrtool_usage;
     if (!parser.isSet(output))
         return usageError(err, QStringLiteral("render needs -o OUT.png"));
