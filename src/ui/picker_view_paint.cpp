@@ -184,7 +184,7 @@ bool copies_exact(const QPainter& p) {
 
 // Drawing the same faces again and again is most of a repaint, so each is drawn once into an
 // image and copied from then on. The images are shared by every view. Past the budget, faces
-// no paint has used since the last one went make room; when a single paint needs more than the
+// no paint has used since the last one go to make room; when a single paint needs more than the
 // budget, the rest of its faces are drawn directly rather than churning the cache.
 class face_cache {
 public:
