@@ -3,8 +3,8 @@
 #include "picker_embedded_host.h"
 #include "picker_main.h"
 #include "picker_mel_quote.h"
+#include "picker_tab.h"
 #include "picker_version.h"
-#include "picker_view.h"
 #include "picker_window.h"
 
 #include <QApplication>
@@ -30,7 +30,7 @@ bool picker_is_up() {
     const QDockWidget* dock = picker_main::dock();
     const auto* window = dynamic_cast<const picker_window*>(picker_main::window());
     return dock != nullptr && dock->isVisible() && window != nullptr &&
-           window->frontPicker() != nullptr && !window->frontPicker()->buttons()->isEmpty();
+           window->frontTab() != nullptr && window->frontTab()->count() > 0;
 }
 
 // As the parser's own errors end the program: before anything else has started.

@@ -1,7 +1,7 @@
 // Edit commands on a large picker. Aims: redo plus undo of a nudge, a recolour and a resize of
 // 100 selected buttons out of 5,000 under 0.5 ms each; a held arrow key over 1,000 selected
 // buttons stays one undo step, 60 merged nudges under 5 ms in all.
-#include "picker_edit_cmd.h"
+#include "picker_field_cmd.h"
 #include "picker_view.h"
 
 #include <QApplication>
@@ -14,10 +14,13 @@ namespace {
 
 constexpr int button_count = 5000;
 
-// A 5,000-button picker with every (count / 5000)-th button lit.
+// A 5,000-button picker with every (count / 5000)-th button lit, shown by a view that follows
+// every change.
 std::unique_ptr<picker_view> large_picker(int selected) {
     auto view = std::make_unique<picker_view>();
+    picker_tab* tab = view->tab();
     const int every = button_count / selected;
+    button_att_list buttons;
     for (int i = 0; i < button_count; ++i) {
         buttonAttributes button;
         button.pos = QPoint(i % 100 * 20, i / 100 * 20);
@@ -25,17 +28,18 @@ std::unique_ptr<picker_view> large_picker(int selected) {
         button.color = 0xffb22222;
         button.tcolor = 0xff000000;
         button.sel = QStringList{QStringLiteral("crowd%1:L_hand_ctrl").arg(i)};
-        view->push_button(button, -1);
-        if (i % every == 0)
-            (*view->buttons())[i].select(true);
+        buttons.append(button);
     }
+    tab->replaceButtons(buttons);
+    for (int i = 0; i < button_count; i += every)
+        tab->select(i, false);
     return view;
 }
 
 template <typename Command, typename Value>
 void redo_undo(benchmark::State& state, Value value) {
     const std::unique_ptr<picker_view> view = large_picker(100);
-    Command command(view.get(), value);
+    Command command(view->tab(), value);
     for (auto _ : state) {
         command.redo();
         command.undo();
@@ -57,10 +61,10 @@ void BM_Resize_100of5000(benchmark::State& state) {
 // Sixty pushes as the key repeats, each taking the selection again, merging into the first.
 void BM_HeldNudge_60x1000of5000(benchmark::State& state) {
     const std::unique_ptr<picker_view> view = large_picker(1000);
-    QUndoStack* stack = view->undoer();
+    QUndoStack* stack = view->tab()->undoer();
     for (auto _ : state) {
         for (int i = 0; i < 60; ++i)
-            stack->push(new nudge_buttons_cmd(view.get(), QPoint(1, 0)));
+            stack->push(new nudge_buttons_cmd(view->tab(), QPoint(1, 0)));
         state.PauseTiming();
         if (stack->count() != 1)
             state.SkipWithError("the held key made more than one undo step");

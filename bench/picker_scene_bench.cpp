@@ -55,7 +55,8 @@ null_host& host() {
     return instance;
 }
 
-void add_buttons(picker_view* view, int count) {
+void add_buttons(picker_tab* tab, int count) {
+    button_att_list buttons;
     for (int i = 0; i < count; ++i) {
         buttonAttributes button;
         button.pos = QPoint(i % 100 * 20, i / 100 * 20);
@@ -65,8 +66,9 @@ void add_buttons(picker_view* view, int count) {
         button.label = QString::number(i);
         button.sel = QStringList{QStringLiteral("crowd%1:L_hand_ctrl").arg(i),
                                  QStringLiteral("crowd%1:R_hand_ctrl").arg(i)};
-        view->push_button(button, -1);
+        buttons << button;
     }
+    tab->replaceButtons(buttons);
 }
 
 // A drawn character sheet: gradient, body shapes and outlines, as picker backgrounds are.
@@ -95,31 +97,32 @@ QPixmap background2048() {
 struct bench_window {
     bench_window(int buttons, bool withBackground) {
         window = std::make_unique<picker_window>(nullptr);
-        view = window->frontPicker();
-        add_buttons(view, buttons);
+        tab = window->frontTab();
+        add_buttons(tab, buttons);
         if (withBackground) {
             const QPixmap image = background2048();
-            view->setBackground(QString::number(image.cacheKey()), image);
+            tab->setBackground(QString::number(image.cacheKey()), image);
             // As choosing a background does: its image entry is stored once, before any edit.
-            window->setImageData(view);
+            window->setImageData(tab);
         }
     }
     std::unique_ptr<picker_window> window;
-    picker_view* view = nullptr;
+    picker_tab* tab = nullptr;
 };
 
 // The edit each write follows: one button moved, back and forth.
-void edit_one(picker_view* view, int iteration) {
-    buttonRecord& button = (*view->buttons())[iteration * 37 % view->buttons()->size()];
-    button.moveTo(button.att.pos + QPoint(iteration % 2 == 0 ? 1 : -1, 0));
+void edit_one(picker_tab* tab, int iteration) {
+    const int index = iteration * 37 % tab->count();
+    tab->editButtons({index}, [iteration](buttonAttributes& att, int) {
+        att.pos += QPoint(iteration % 2 == 0 ? 1 : -1, 0);
+    });
 }
 
 void scene_write(benchmark::State& state, int buttons, bool withBackground) {
     bench_window picker(buttons, withBackground);
     int iteration = 0;
     for (auto _ : state) {
-        edit_one(picker.view, iteration++);
-        picker.view->signal_changed();
+        edit_one(picker.tab, iteration++);
         picker.window->flushSceneData();
     }
     state.counters["MEL bytes"] = static_cast<double>(host().issued) / state.iterations();
@@ -132,17 +135,20 @@ void scene_write_literal(benchmark::State& state, int buttons, bool withBackgrou
     QTabWidget* tabs = picker.window->findChild<QTabWidget*>();
     int iteration = 0;
     for (auto _ : state) {
-        edit_one(picker.view, iteration++);
+        edit_one(picker.tab, iteration++);
         QByteArray bytes;
         {
             QDataStream out(&bytes, QIODevice::WriteOnly);
             out << qint32(4) << qint32(tabs->count()) << qint32(tabs->currentIndex());
             for (int i = 0; i < tabs->count(); ++i) {
-                const auto* view = qobject_cast<picker_view*>(tabs->widget(i));
-                out << qint32(i) << tabs->tabText(i) << view->backgroundKey();
-                if (!view->backgroundKey().isEmpty())
-                    out << view->background();
-                view->streamTo(out);
+                const picker_tab* tab = qobject_cast<picker_view*>(tabs->widget(i))->tab();
+                out << qint32(i) << tabs->tabText(i) << tab->backgroundKey();
+                if (!tab->backgroundKey().isEmpty())
+                    out << tab->background();
+                button_att_list list;
+                for (const buttonRecord& button : tab->buttons())
+                    list << button.att;
+                writeButtonList(out, list);
             }
         }
         const QString mel = QStringLiteral("fileInfo \"TalvoraPickerData\" \"") +

@@ -44,8 +44,10 @@ struct selection_fixture {
         const auto* tabs = window.findChild<QTabWidget*>();
         for (int t = 0; t < tab_count; ++t) {
             auto* view = qobject_cast<picker_view*>(tabs->widget(t));
+            button_att_list buttons;
             for (int i = 0; i < buttons_per_tab; ++i)
-                view->push_button(rig_button(random, buttons_per_tab, QPoint(i % 40, i / 40)), -1);
+                buttons << rig_button(random, buttons_per_tab, QPoint(i % 40, i / 40));
+            view->tab()->replaceButtons(buttons);
             views.append(view);
         }
         // Two selections that light different buttons, so every call changes lit states.
@@ -61,16 +63,19 @@ struct selection_fixture {
 };
 
 // What the rule says written out literally: the selection de-duplicated by scanning, then every
-// name of every button searched for in it.
-void literal_set_selection(const QList<picker_view*>& views, const QStringList& names) {
+// name of every button searched for in it, each button's flags and lit state set anew.
+void literal_set_selection(const QList<picker_view*>& views, const QStringList& names,
+                           QVector<buttonRecord>& lit) {
     button_set set;
     for (const QString& name : names) {
         if (!set.QVector<QString>::contains(name))
             set.QVector<QString>::append(name);
     }
+    int b = 0;
     for (picker_view* view : views) {
-        for (buttonRecord& button : *view->buttons()) {
-            const QStringList& sel = button.att.sel;
+        for (const buttonRecord& shown : view->tab()->buttons()) {
+            buttonRecord& button = lit[b++];
+            const QStringList& sel = shown.att.sel;
             button.which.resize(sel.size());
             int hits = 0;
             for (int i = 0; i < sel.size(); ++i) {
@@ -81,7 +86,7 @@ void literal_set_selection(const QList<picker_view*>& views, const QStringList& 
                               : hits < 1         ? buttonRecord::None
                                                  : buttonRecord::Some;
         }
-        view->refresh();
+        view->update();
     }
 }
 
@@ -96,9 +101,10 @@ void BM_SetSelection_10x1000(benchmark::State& state) {
 
 void BM_SetSelection_10x1000_literal(benchmark::State& state) {
     selection_fixture fixture;
+    QVector<buttonRecord> lit(tab_count * buttons_per_tab);
     bool flip = false;
     for (auto _ : state) {
-        literal_set_selection(fixture.views, flip ? fixture.first : fixture.second);
+        literal_set_selection(fixture.views, flip ? fixture.first : fixture.second, lit);
         flip = !flip;
     }
 }
@@ -107,6 +113,8 @@ void BM_SetSelection_10x1000_literal(benchmark::State& state) {
 std::unique_ptr<picker_view> labelled_view(double zoom) {
     auto view = std::make_unique<picker_view>();
     view->resize(1920, 1080);
+    button_att_list buttons;
+    button_set lit; // both names of every third button from the second, the first of the third
     for (int i = 0; i < 5000; ++i) {
         buttonAttributes att;
         att.pos = QPoint(10 + (i % 100) * 19, 12 + (i / 100) * 21);
@@ -115,10 +123,15 @@ std::unique_ptr<picker_view> labelled_view(double zoom) {
         att.color = 0xFF3366CC;
         att.tcolor = i % 3 == 0 ? 0xFFFFFFFF : 0xFF000000;
         att.label = QString::number(i % 100);
-        att.sel << node_name(i) << node_name(i + 1);
-        const int index = view->push_button(att, -1);
-        (*view->buttons())[index].selected = static_cast<qint16>(i % 3);
+        att.sel << node_name(2 * i) << node_name(2 * i + 1);
+        buttons << att;
+        if (i % 3 != 0)
+            lit.append(node_name(2 * i));
+        if (i % 3 == 1)
+            lit.append(node_name(2 * i + 1));
     }
+    view->tab()->replaceButtons(buttons);
+    view->tab()->conform_to_set(lit);
     view->setZoom(static_cast<float>(zoom), QPoint(0, 0));
     return view;
 }
@@ -135,8 +148,8 @@ void BM_Repaint_5000Labelled(benchmark::State& state, double zoom) {
 void BM_Repaint_5000Labelled_fill_baseline(benchmark::State& state, double zoom) {
     const std::unique_ptr<picker_view> view = labelled_view(zoom);
     QVector<QRect> rects;
-    for (const buttonRecord& button : *view->buttons())
-        rects << view->mapToScreen(button.bounds);
+    for (int i = 0; i < view->tab()->count(); ++i)
+        rects << view->mapToScreen(view->shape(i).bounds);
     QImage image(view->size(), QImage::Format_ARGB32_Premultiplied);
     const QColor fill(0x33, 0x66, 0xCC);
     for (auto _ : state) {
@@ -149,7 +162,7 @@ void BM_Repaint_5000Labelled_fill_baseline(benchmark::State& state, double zoom)
 void BM_FindButton_5000(benchmark::State& state) {
     const std::unique_ptr<picker_view> view = labelled_view(1.0);
     // The last button: every other one is tested first.
-    const QPoint last = view->mapToScreen(view->buttons()->last().att.pos);
+    const QPoint last = view->mapToScreen(view->tab()->buttons().last().att.pos);
     for (auto _ : state)
         benchmark::DoNotOptimize(view->find_button(last));
 }

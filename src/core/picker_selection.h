@@ -2,15 +2,18 @@
 
 #include <QStringList>
 
-// The process-wide list of node names the picker holds as selected, in the order they were
-// added. It mirrors the host's active selection; the window delegates to it.
+// The node names the picker holds as selected, in the order they were added. It mirrors the
+// host's active selection; one is shared by every tab of a window.
 class picker_selection {
 public:
-    static const QStringList& names();
-    static void setNames(const QStringList& names);
-    static void clear();
+    const QStringList& names() const { return names_; }
+    void setNames(const QStringList& names) { names_ = names; }
+    void clear() { names_.clear(); }
     // False when the name is already held.
-    static bool selectButton(const QString& name);
+    bool selectButton(const QString& name);
     // Removes the first occurrence; false when there was none.
-    static bool unselectButton(const QString& name);
+    bool unselectButton(const QString& name);
+
+private:
+    QStringList names_;
 };

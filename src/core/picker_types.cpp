@@ -27,20 +27,19 @@ void buttonRecord::take_node_ids() {
     idsOf_ = att.sel;
 }
 
-bool buttonRecord::select(bool all) {
-    if (all) {
-        which.fill(1);
+bool buttonRecord::select(picker_selection* mirror) {
+    if (mirror == nullptr) {
+        which.fill(1, att.sel.size());
         selected = All;
         return false;
     }
     // A name without a flag yet counts as not selected.
-    if (which.size() < att.sel.size()) {
+    if (which.size() < att.sel.size())
         which.resize(att.sel.size());
-    }
     bool told = false;
     for (int i = 0; i < static_cast<int>(att.sel.size()); ++i) {
         if (which[i] == 0) {
-            picker_selection::selectButton(att.sel[i]);
+            mirror->selectButton(att.sel[i]);
             which[i] = 1;
             told = true;
         }
@@ -49,9 +48,9 @@ bool buttonRecord::select(bool all) {
     return told;
 }
 
-bool buttonRecord::unselect(bool all) {
-    if (all) {
-        which.fill(0);
+bool buttonRecord::unselect(picker_selection* mirror) {
+    if (mirror == nullptr) {
+        which.fill(0, att.sel.size());
         selected = None;
         return false;
     }
@@ -59,7 +58,7 @@ bool buttonRecord::unselect(bool all) {
     const int flagged = static_cast<int>(qMin(which.size(), att.sel.size()));
     for (int i = 0; i < flagged; ++i) {
         if (which[i] != 0) {
-            picker_selection::unselectButton(att.sel[i]);
+            mirror->unselectButton(att.sel[i]);
             which[i] = 0;
             told = true;
         }

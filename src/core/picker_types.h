@@ -1,9 +1,7 @@
 #pragma once
 
-#include <QImage>
 #include <QList>
 #include <QPoint>
-#include <QRect>
 #include <QRgb>
 #include <QString>
 #include <QStringList>
@@ -35,20 +33,18 @@ using button_att_list = QList<buttonAttributes>;
 // One flag per entry of buttonAttributes::sel: non-zero while that node is selected in the host.
 using sel_list = QVector<char>;
 
-// A button as a view holds it while the picker runs.
+class picker_selection;
+
+// A button as a picker tab holds it while the picker runs: what it is, and how lit it is.
 struct buttonRecord {
     enum LitState : qint16 { None = 0, All = 1, Some = 2 };
 
     buttonAttributes att;
-    QRect bounds;
-    QImage img; // the label as drawn, shared by buttons with the same one; null without one
     qint16 selected = None;
     sel_list which;
+    // Tells the button apart for as long as its tab holds it, whatever its place in the list.
+    quint32 id = 0;
 
-    void moveTo(const QPoint& p) {
-        att.pos = p;
-        bounds.moveCenter(p);
-    }
     // The interned ids of att.sel, taken again once att.sel is no longer the list they were taken
     // from: any change to the names detaches it from the copy kept here.
     const QVarLengthArray<int, 3>& node_ids() {
@@ -57,10 +53,10 @@ struct buttonRecord {
         return ids_;
     }
 
-    // With all set, only the flags change (the host told us); otherwise each name that changes
-    // state is handed to the selection mirror. True when the mirror was told anything.
-    bool select(bool all);
-    bool unselect(bool all);
+    // Without a mirror only the flags change (the host told us); otherwise each name that changes
+    // state is handed to the mirror. True when the mirror was told anything.
+    bool select(picker_selection* mirror);
+    bool unselect(picker_selection* mirror);
 
 private:
     void take_node_ids();

@@ -56,7 +56,7 @@ class tst_talvora_program : public QObject {
         host_.processIdle();
     }
     const buttonRecord* button_for(const QString& node, picker_view* view = nullptr) const {
-        for (const buttonRecord& button : *(view ? view : front())->buttons()) {
+        for (const buttonRecord& button : (view ? view : front())->tab()->buttons()) {
             if (button.att.sel == QStringList{node})
                 return &button;
         }
@@ -102,7 +102,7 @@ private slots:
     void init() {
         QVERIFY(host_.executeCommand("file -open -f \"%1/demo_scene.ma\""_q.arg(demo_)));
         host_.processIdle();
-        QCOMPARE(front()->buttons()->size(), 74);
+        QCOMPARE(front()->tab()->count(), 74);
         // The outliner follows the scene on its own time, as a user sees it.
         QTRY_VERIFY(outlined("villain:head_ctrl"_q) != nullptr);
     }
@@ -175,12 +175,12 @@ private slots:
 
         choose("New Scene"_q, QString());
         QVERIFY(host_.nodes().isEmpty());
-        QVERIFY(front() == nullptr || front()->buttons()->isEmpty());
+        QVERIFY(front() == nullptr || front()->tab()->count() == 0);
 
         choose("Open Scene..."_q, saved);
         QCOMPARE(tabs()->count(), 1);
-        QCOMPARE(front()->buttons()->size(), 74);
-        QVERIFY(!front()->background().isNull());
+        QCOMPARE(front()->tab()->count(), 74);
+        QVERIFY(!front()->tab()->background().isNull());
         outlined("hero:head_ctrl"_q)->setSelected(true);
         host_.processIdle();
         QCOMPARE(button_for("hero:head_ctrl"_q)->selected, buttonRecord::All);
@@ -194,7 +194,7 @@ private slots:
         QVERIFY(!host_.executeCommand("file -open -f \"%1\""_q.arg(broken)));
         host_.processIdle();
         QCOMPARE(host_.nodes(), nodes);
-        QCOMPARE(front()->buttons()->size(), 74);
+        QCOMPARE(front()->tab()->count(), 74);
         QTRY_VERIFY(main_->findChild<QPlainTextEdit*>()->toPlainText().contains(
             broken + QLatin1String(":2")));
     }

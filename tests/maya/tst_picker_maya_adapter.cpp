@@ -107,7 +107,8 @@ private slots:
         const int stringReadsBefore = maya_fake::itemStringReads();
         maya_fake::fireEvent("SelectionChanged");
         QCOMPARE(maya_fake::itemStringReads() - stringReadsBefore, 2);
-        QCOMPARE(picker_window::selection(), (QStringList{"b"_q, "c.vtx[0]"_q, "c.vtx[4:5]"_q}));
+        QCOMPARE(dynamic_cast<picker_window*>(picker_main::window())->selection(),
+                 (QStringList{"b"_q, "c.vtx[0]"_q, "c.vtx[4:5]"_q}));
 
         QVERIFY(uninitializePlugin(MObject()));
         QCOMPARE(maya_fake::pluginOpens().at(1).version, std::string("1.0"));

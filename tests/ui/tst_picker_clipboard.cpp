@@ -22,10 +22,11 @@ const QString button_format = QStringLiteral("application/x-qt-picker-mime;value
 void fill(picker_view* view, const QList<qint16>& lit) {
     const QStringList names{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
     for (int i = 0; i < names.size(); ++i) {
-        view->push_button(makeButton(QPoint(20 * (i + 1), 10), 10, 0, 0, 0xFF808080, 0xFF000000,
-                                     names.at(i), {names.at(i)}),
-                          -1);
-        (*view->buttons())[i].selected = lit.value(i, buttonRecord::None);
+        view->tab()->insertButton(makeButton(QPoint(20 * (i + 1), 10), 10, 0, 0, 0xFF808080,
+                                             0xFF000000, names.at(i), {names.at(i)}),
+                                  -1);
+        if (lit.value(i, buttonRecord::None) != buttonRecord::None)
+            view->tab()->select(i, false);
     }
 }
 
@@ -67,12 +68,12 @@ private slots:
         picker_view* view = window.frontPicker();
         fill(view, {buttonRecord::None, buttonRecord::All});
         const button_att_list before = attributes_of(view);
-        QSignalSpy steps(view->undoer(), &QUndoStack::indexChanged);
+        QSignalSpy steps(view->tab()->undoer(), &QUndoStack::indexChanged);
 
         trigger(window, QStringLiteral("Cut"));
 
         QCOMPARE(steps.count(), 1);
-        QCOMPARE(view->buttons()->size(), 2);
+        QCOMPARE(view->tab()->count(), 2);
         // Format 1, one record: index 0, pos (40, 10), size 10, selection, MEL, the colours,
         // label "b", names "b".
         const QByteArray expected = hex("00000001 00000001"
@@ -84,7 +85,7 @@ private slots:
         trigger(window, QStringLiteral("Undo Cut Button"));
         QCOMPARE(steps.count(), 2);
         QCOMPARE(attributes_of(view), before);
-        QCOMPARE(int(view->buttons()->at(1).selected), int(buttonRecord::All));
+        QCOMPARE(int(view->tab()->buttons().at(1).selected), int(buttonRecord::All));
         QCOMPARE(clipboard_buttons(), expected);
     }
 
@@ -115,12 +116,12 @@ private slots:
         auto mime = std::make_unique<QMimeData>();
         mime->setData(format, bytes);
         QApplication::clipboard()->setMimeData(mime.release());
-        QSignalSpy pushed(view->undoer(), &QUndoStack::indexChanged);
+        QSignalSpy pushed(view->tab()->undoer(), &QUndoStack::indexChanged);
 
         trigger(window, QStringLiteral("Paste in Place"));
 
         QCOMPARE(pushed.count(), steps);
-        QCOMPARE(view->undoer()->count(), steps);
+        QCOMPARE(view->tab()->undoer()->count(), steps);
         QCOMPARE(attributes_of(view), before + added);
         QCOMPARE(QApplication::clipboard()->mimeData()->data(format), bytes);
     }
@@ -141,15 +142,15 @@ private slots:
         tabs_of(window)->setCurrentIndex(1);
         trigger(window, QStringLiteral("Paste"));
 
-        QCOMPARE(target->undoer()->count(), 1);
+        QCOMPARE(target->tab()->undoer()->count(), 1);
         QCOMPARE(attributes_of(source), sourceButtons);
-        QCOMPARE(target->buttons()->size(), 2);
+        QCOMPARE(target->tab()->count(), 2);
         // Placed elsewhere, but the group keeps its shape and everything else.
-        const QPoint offset = target->buttons()->at(0).att.pos - sourceButtons.at(0).pos;
+        const QPoint offset = target->tab()->buttons().at(0).att.pos - sourceButtons.at(0).pos;
         for (int i = 0; i < 2; ++i) {
             buttonAttributes expected = sourceButtons.at(2 * i);
             expected.pos += offset;
-            QCOMPARE(target->buttons()->at(i).att, expected);
+            QCOMPARE(target->tab()->buttons().at(i).att, expected);
         }
     }
 };

@@ -105,7 +105,7 @@ private slots:
         QTest::newRow("new button, tested, cancelled") << false << false << 0;
         QTest::newRow("existing button, tested, cancelled") << true << false << 0;
         QTest::newRow("new button, OK") << false << true << 1;
-        QTest::newRow("existing button, OK") << true << true << 0;
+        QTest::newRow("existing button, OK") << true << true << 1;
     }
 
     void edit_from_the_canvas() {
@@ -115,7 +115,7 @@ private slots:
         const buttonAttributes original =
             command_button(buttonAttributes::Python, "Go"_q, {"go()"_q});
         if (existing)
-            view_->push_button(original, -1);
+            view_->tab()->insertButton(original, -1);
         const QString script = "print \"tested\";"_q;
         QStringList queuedByTest;
         pick_from_next_popup(existing ? "Edit Command Button..."_q : "Add Command Button..."_q);
@@ -127,22 +127,22 @@ private slots:
             queuedByTest = host_->pendingMel();
             click(dialog, ok ? "OK"_q : "Cancel"_q);
         });
-        QSignalSpy changed(view_.get(), &picker_view::changed);
+        QSignalSpy changed(view_->tab(), &picker_tab::changed);
 
         const QPoint at = view_->mapToScreen(QPoint(60, 60));
         QTest::mousePress(view_.get(), Qt::RightButton, Qt::KeyboardModifiers(), at);
         QTest::mouseRelease(view_.get(), Qt::RightButton, Qt::KeyboardModifiers(), at);
 
         QVERIFY2(queuedByTest.contains(script), qPrintable(queuedByTest.join(QLatin1Char('|'))));
-        QCOMPARE(view_->undoer()->count(), steps);
+        QCOMPARE(view_->tab()->undoer()->count(), steps);
         QCOMPARE(changed.count(), ok ? 1 : 0);
-        QCOMPARE(view_->buttons()->size(), existing || ok ? 1 : 0);
+        QCOMPARE(view_->tab()->count(), existing || ok ? 1 : 0);
         if (!ok) {
             if (existing)
-                QCOMPARE(view_->buttons()->at(0).att, original);
+                QCOMPARE(view_->tab()->buttons().at(0).att, original);
             return;
         }
-        const buttonAttributes& att = view_->buttons()->at(0).att;
+        const buttonAttributes& att = view_->tab()->buttons().at(0).att;
         QCOMPARE(att.label, "Wave"_q);
         QCOMPARE(att.sel, QStringList{script});
         QCOMPARE(att.api, qint32(buttonAttributes::Mel));

@@ -183,6 +183,13 @@ class tst_picker_files : public QObject {
         QDataStream in(storedTabs());
         return readTabStream(in, set).ok() ? set : picker_tab_set{-1, -1, {}};
     }
+    // The images of the tabs as the picker stored them in the scene when each entered it;
+    // restoring a scene reads them and writes nothing.
+    void storeImages() {
+        for (int i = 0; i < tab_titles(*window()).size(); ++i)
+            window()->setImageData(view(i)->tab());
+        host_->processIdle();
+    }
     // Queues the change's scene write, runs it and everything it queued.
     void writeScene() {
         window()->updateSceneData();
@@ -252,7 +259,7 @@ private slots:
         QCOMPARE(int(shown.buttons), int(QMessageBox::Cancel | QMessageBox::Ignore));
         const int last = titles.size() - 1;
         QCOMPARE(tabs()->currentIndex(), last);
-        QCOMPARE(view(last)->path(), paths.at(last == 1 ? 0 : 2));
+        QCOMPARE(view(last)->tab()->path(), paths.at(last == 1 ? 0 : 2));
         // Each opened tab asks for its namespaces to be bound to the scene's.
         QCOMPARE(host_->pendingMel().count("TalvoraPicker \"bind\" `picker_ListNamespaces`;"_q),
                  last);
@@ -274,7 +281,7 @@ private slots:
 
         QCOMPARE(prompts.questions.size(), 1);
         QCOMPARE(prompts.questions.first().title, "Save Tab:"_q);
-        QCOMPARE(view(0)->path(), path);
+        QCOMPARE(view(0)->tab()->path(), path);
         QCOMPARE(readBytes(path), laid_file(4, {untitled, QString(), QByteArray(), {names}}));
 
         // Known by name now: saved again without asking.
@@ -292,7 +299,7 @@ private slots:
         const QByteArray oldBytes = laid_file(4, tab_titled("Old"_q));
         QVERIFY(writeBytes(path, oldBytes));
         QVERIFY(host_->executeCommand(run_open({path})));
-        view(1)->setBackground("77"_q, QPixmap::fromImage(QImage::fromData(noisePng(128))));
+        view(1)->tab()->setBackground("77"_q, QPixmap::fromImage(QImage::fromData(noisePng(128))));
         scripted_prompts prompts;
         prompts.files.append(QStringList{path});
         prompts.answers.append(QMessageBox::Ok);
@@ -309,7 +316,7 @@ private slots:
                  "Could not open the file \"%1\" for writing.\n\nPlease check that "
                  "this file is not locked and that you have the proper permissions "
                  "and try again."_q.arg(path));
-        QCOMPARE(view(1)->path(), QString());
+        QCOMPARE(view(1)->tab()->path(), QString());
     }
 
     void close_tab_keeps_a_shared_image_data() {
@@ -332,6 +339,7 @@ private slots:
         for (const QString& key : keys)
             tabs.append({"T%1"_q.arg(tabs.size()), key, png_of(Qt::green), {}});
         QVERIFY(restore(laid_tabs(4, 0, tabs)));
+        storeImages();
         const QString entry = "TalvoraPickerImage_"_q + keys.at(closed);
         QVERIFY(host_->hasFileInfo(entry));
         scripted_prompts prompts;
@@ -390,24 +398,24 @@ private slots:
         picker_window* shell = window();
         QPixmap red(3, 3);
         red.fill(Qt::red);
-        front->setBackground(QString(), red);
+        front->tab()->setBackground(QString(), red);
         host_->processIdle();
-        shell->setImageData(front);
-        shell->removeImageData(front);
-        shell->fetchImageData(front);
+        shell->setImageData(front->tab());
+        shell->removeImageData(front->tab());
+        shell->fetchImageData(front->tab());
         shell->fetchFrontImageData();
         QCOMPARE(host_->pendingMel(), QStringList());
 
         // Stored, then fetched back as a scene open does.
-        front->setBackground("4711"_q, red);
-        shell->setImageData(front);
+        front->tab()->setBackground("4711"_q, red);
+        shell->setImageData(front->tab());
         shell->fetchFrontImageData();
         QCOMPARE(host_->pendingMel().last(), "TalvoraPicker fetch_image `fileInfo -q "
                                              "\"TalvoraPickerImage_4711\"`;"_q);
         host_->processIdle();
         // The entry: a marker and the PNG file, in base64.
         const QByteArray value = QByteArray::fromBase64(
-            host_->fileInfo(image_entry + front->backgroundKey()).toLatin1());
+            host_->fileInfo(image_entry + front->tab()->backgroundKey()).toLatin1());
         QCOMPARE(value.left(4), QByteArray::fromHex("00000001"));
         QImage image;
         QVERIFY(image.loadFromData(value.mid(4), "PNG"));
@@ -428,13 +436,14 @@ private slots:
             picker_mel_quote(shared), picker_mel_quote(blueText))));
 
         const QRgb blue = QColor(Qt::blue).rgb();
-        QCOMPARE(pixel_of(view(0)->background()), blue);
-        QCOMPARE(pixel_of(view(1)->background()), QColor(Qt::red).rgb());
-        QCOMPARE(pixel_of(view(2)->background()), blue);
+        QCOMPARE(pixel_of(view(0)->tab()->background()), blue);
+        QCOMPARE(pixel_of(view(1)->tab()->background()), QColor(Qt::red).rgb());
+        QCOMPARE(pixel_of(view(2)->tab()->background()), blue);
     }
 
     void scene_open_brings_the_pickers_back() {
         QVERIFY(restore(rig_picker(1)));
+        storeImages();
         writeScene();
         const QMap<QString, QString> saved = host_->fileInfoEntries();
         QVERIFY(saved.contains(image_entry + "2024"_q));
@@ -449,9 +458,9 @@ private slots:
         QCOMPARE(tabs()->currentIndex(), 1);
         QCOMPARE(lit_states(view(0)), (QList<qint16>{2, 0}));
         QCOMPARE(lit_states(view(1)), QList<qint16>{1});
-        QCOMPARE(view(1)->backgroundKey(), "2024"_q);
-        QCOMPARE(view(1)->background().size(), QSize(8, 8));
-        QCOMPARE(QColor(pixel_of(view(1)->background(), 7, 0)), QColor(Qt::green));
+        QCOMPARE(view(1)->tab()->backgroundKey(), "2024"_q);
+        QCOMPARE(view(1)->tab()->background().size(), QSize(8, 8));
+        QCOMPARE(QColor(pixel_of(view(1)->tab()->background(), 7, 0)), QColor(Qt::green));
         QVERIFY(host_->scriptLog().isEmpty());
     }
 
@@ -460,7 +469,7 @@ private slots:
         QAction* add = entry_of(*window(), 2, "Add One Button"_q);
         QVERIFY(host_->setSelection({root}));
         QVERIFY(host_->setSelection({left_hand}));
-        QCOMPARE(picker_window::selection(), host_->selection());
+        QCOMPARE(window()->selection(), host_->selection());
         QCOMPARE(lit_states(view(0)), (QList<qint16>{2, 0}));
         QCOMPARE(lit_states(view(1)), QList<qint16>{1});
         QVERIFY(add->isEnabled());
@@ -477,7 +486,7 @@ private slots:
         QVERIFY(restore(rig_picker(0)));
         QVERIFY(host_->setSelection({left_hand}));
         window()->clearAllSelected();
-        QVERIFY((*view(0)->buttons())[1].select(false));
+        view(0)->tab()->select(1, true);
         QVERIFY(window()->postSelection());
         QCOMPARE(host_->pendingMel(), QStringList{"TalvoraPicker select \"hero:root_ctrl\""_q});
         QCOMPARE(host_->selection(), QStringList{left_hand});
@@ -506,22 +515,24 @@ private slots:
         QVERIFY(writeBytes(path, laid_file(4, {"File"_q, text, png_of(Qt::red), {{root}}})));
         QVERIFY(restore(laid_tabs(4, 0, {{"Scene"_q, text, png_of(Qt::red), {{text}}}})));
         QVERIFY(host_->executeCommand("TalvoraPicker open %1"_q.arg(picker_mel_quote(path))));
+        storeImages();
         writeScene();
         // Replaced before it reaches any MEL.
         for (int i = 0; i < 2; ++i)
-            QCOMPARE(view(i)->backgroundKey(), QString::number(view(i)->background().cacheKey()));
-        QVERIFY(host_->hasFileInfo(image_entry + view(0)->backgroundKey()));
+            QCOMPARE(view(i)->tab()->backgroundKey(),
+                     QString::number(view(i)->tab()->background().cacheKey()));
+        QVERIFY(host_->hasFileInfo(image_entry + view(0)->tab()->backgroundKey()));
 
         // A key set some other way is still only ever a quoted string.
         picker_view* keyed = view(1);
-        keyed->setBackground(text, keyed->background());
-        window()->setImageData(keyed);
-        window()->fetchImageData(keyed);
+        keyed->tab()->setBackground(text, keyed->tab()->background());
+        window()->setImageData(keyed->tab());
+        window()->fetchImageData(keyed->tab());
         host_->processIdle();
         QVERIFY(host_->hasFileInfo(image_entry + text));
-        window()->removeImageData(keyed);
+        window()->removeImageData(keyed->tab());
         window()->clearAllSelected();
-        QVERIFY((*view(0)->buttons())[0].select(false));
+        view(0)->tab()->select(0, true);
         QVERIFY(window()->postSelection());
         host_->processIdle();
 

@@ -39,8 +39,9 @@ void fill(picker_view* view, const QList<styled>& buttons) {
         att.size = buttons.at(i).size;
         att.label = buttons.at(i).label;
         att.tcolor = 0xFFFFFFFF;
-        view->push_button(att, -1);
-        (*view->buttons())[i].selected = buttons.at(i).lit;
+        view->tab()->insertButton(att, -1);
+        if (buttons.at(i).lit != buttonRecord::None)
+            view->tab()->select(i, false);
     }
 }
 
@@ -191,8 +192,8 @@ private slots:
         QCOMPARE(toolbox->labelField()->text(), label);
         QCOMPARE(window.currentColor() | 0xFF000000, colour);
         QCOMPARE(window.currentSize(), size);
-        QCOMPARE(window.currentLabel(), view->any_selected() ? label : QString());
-        QCOMPARE(view->undoer()->count(), 0);
+        QCOMPARE(window.currentLabel(), view->tab()->any_selected() ? label : QString());
+        QCOMPARE(view->tab()->undoer()->count(), 0);
     }
 
     void palette_choice_recolours_selection() {
@@ -217,10 +218,10 @@ private slots:
         QTest::mousePress(palette, Qt::LeftButton, Qt::NoModifier, QPoint(10, 48));
         QTest::mouseRelease(palette, Qt::LeftButton, Qt::NoModifier, QPoint(10, 48));
 
-        QCOMPARE(view->undoer()->count(), 1);
-        QCOMPARE(view->buttons()->at(0).att.color, QRgb(0xFFFF0000));
-        QCOMPARE(view->buttons()->at(1).att.color, QRgb(0xFF405060));
-        QCOMPARE(view->buttons()->at(2).att.color, QRgb(0xFFFF0000));
+        QCOMPARE(view->tab()->undoer()->count(), 1);
+        QCOMPARE(view->tab()->buttons().at(0).att.color, QRgb(0xFFFF0000));
+        QCOMPARE(view->tab()->buttons().at(1).att.color, QRgb(0xFF405060));
+        QCOMPARE(view->tab()->buttons().at(2).att.color, QRgb(0xFFFF0000));
         QCOMPARE(icon_colour(toolbox->colorButton()), QRgb(0xFFFF0000));
         QVERIFY(QApplication::activePopupWidget() == nullptr);
     }
@@ -232,7 +233,7 @@ private slots:
         fill(view, two_of_three(true));
         window.updateControls();
         QAction* toggle = entry_of(window, 1, QStringLiteral("Hide Toolbox"));
-        QSignalSpy steps(view->undoer(), &QUndoStack::indexChanged);
+        QSignalSpy steps(view->tab()->undoer(), &QUndoStack::indexChanged);
 
         toggle->trigger();
         QCOMPARE(toggle->text(), QStringLiteral("Show Toolbox"));
@@ -246,11 +247,11 @@ private slots:
         QCOMPARE(icon_colour(toolbox->colorButton()), firebrick);
         QCOMPARE(toolbox->sizeButton()->text(), QStringLiteral("10"));
         QCOMPARE(steps.count(), 1);
-        QCOMPARE(view->buttons()->at(0).att.size, 10);
-        QCOMPARE(view->buttons()->at(1).att.size, 12);
-        QCOMPARE(view->undoer()->undoText(), QStringLiteral("Change Size"));
-        view->undoer()->undo();
-        QCOMPARE(view->buttons()->at(0).att.size, 14);
+        QCOMPARE(view->tab()->buttons().at(0).att.size, 10);
+        QCOMPARE(view->tab()->buttons().at(1).att.size, 12);
+        QCOMPARE(view->tab()->undoer()->undoText(), QStringLiteral("Change Size"));
+        view->tab()->undoer()->undo();
+        QCOMPARE(view->tab()->buttons().at(0).att.size, 14);
     }
 };
 

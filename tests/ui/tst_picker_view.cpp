@@ -1,6 +1,7 @@
+#include "../core/picker_test_vectors.h"
 #include "picker_prompt.h"
-#include "picker_selection.h"
 #include "picker_view.h"
+#include "picker_window.h"
 #include "ui_test_support.h"
 
 #include <QApplication>
@@ -14,6 +15,8 @@
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 Q_DECLARE_METATYPE(QMessageBox::StandardButton)
 #endif
+
+using namespace picker_test_vectors;
 
 namespace {
 
@@ -79,17 +82,16 @@ private slots:
         QFETCH(int, lit);
         QFETCH(QVector<char>, which);
         QFETCH(bool, changed);
-        picker_view view;
-        view.push_button(button_at(QPoint(40, 30), buttonNames), -1);
-        picker_selection::clear();
+        picker_tab tab;
+        tab.insertButton(button_at(QPoint(40, 30), buttonNames), -1);
 
-        QCOMPARE(view.conform_to_set(button_set::fromStringList(selected)), changed);
+        QCOMPARE(tab.conform_to_set(button_set::fromStringList(selected)), changed);
 
-        const buttonRecord& button = view.buttons()->at(0);
+        const buttonRecord& button = tab.buttons().at(0);
         QCOMPARE(int(button.selected), lit);
         QCOMPARE(button.which, which);
-        QCOMPARE(view.any_selected(), lit != 0);
-        QVERIFY(picker_selection::names().isEmpty());
+        QCOMPARE(tab.any_selected(), lit != 0);
+        QVERIFY(tab.mirror()->names().isEmpty());
     }
 
     // Buttons lit once keep their looked-up names; renamed in place or replaced, they must light
@@ -104,25 +106,26 @@ private slots:
             return list;
         };
         for (int round = 0; round < 50; ++round) {
-            picker_view view;
+            picker_tab tab;
             for (int b = 0; b < 30; ++b)
-                view.push_button(button_at(QPoint(40, 30), names(4)), -1);
+                tab.insertButton(button_at(QPoint(40, 30), names(4)), -1);
             for (int pass = 0; pass < 2; ++pass) {
                 const QStringList selected = names(30);
-                button_list expected = *view.buttons();
+                button_list expected = tab.buttons();
                 plain_conform(expected, selected);
-                view.conform_to_set(button_set::fromStringList(selected));
+                tab.conform_to_set(button_set::fromStringList(selected));
                 for (int b = 0; b < expected.size(); ++b) {
-                    QCOMPARE(view.buttons()->at(b).selected, expected.at(b).selected);
-                    QCOMPARE(view.buttons()->at(b).which, expected.at(b).which);
+                    QCOMPARE(tab.buttons().at(b).selected, expected.at(b).selected);
+                    QCOMPARE(tab.buttons().at(b).which, expected.at(b).which);
                 }
-                QVERIFY(!view.conform_to_set(name_lookup(selected.cbegin(), selected.cend())));
+                QVERIFY(!tab.conform_to_set(name_lookup(selected.cbegin(), selected.cend())));
                 for (int b = 0; b < 30; b += 3) {
-                    QStringList& sel = (*view.buttons())[b].att.sel;
-                    if (b % 2 == 0 && !sel.isEmpty())
-                        sel[0] = name();
-                    else
-                        sel = names(4);
+                    tab.editButtons({b}, [&](buttonAttributes& att, int) {
+                        if (b % 2 == 0 && !att.sel.isEmpty())
+                            att.sel[0] = name();
+                        else
+                            att.sel = names(4);
+                    });
                 }
             }
         }
@@ -145,19 +148,17 @@ private slots:
         view.setZoom(2.0f, QPoint(0, 0));
         view.setShift(QPoint(10, 0));
         // Picker (40, 30), size 10: widget pixels (80, 50) to (97, 67).
-        view.push_button(button_at(QPoint(40, 30), {QStringLiteral("a")}), -1);
-        view.push_button(button_at(QPoint(200, 200), {QStringLiteral("b")}), -1);
-        buttonRecord& button = (*view.buttons())[0];
-        button.selected = static_cast<qint16>(before);
-        picker_selection::clear();
+        picker_tab* tab = view.tab();
+        tab->insertButton(button_at(QPoint(40, 30), ab), -1);
+        tab->insertButton(button_at(QPoint(200, 200), {QStringLiteral("c")}), -1);
+        tab->conform_to_set(button_set::fromStringList(before == 1 ? ab : QStringList{"a"_q}));
 
         QCOMPARE(view.select_bounds(QRect(95, 65, 20, 20), add), before != after);
-        QCOMPARE(int(button.selected), after);
-        QCOMPARE(int(view.buttons()->at(1).selected), 0);
+        QCOMPARE(int(tab->buttons().at(0).selected), after);
+        QCOMPARE(int(tab->buttons().at(1).selected), 0);
         // Picker-side selection reaches the mirror.
-        QCOMPARE(picker_selection::names().contains(QStringLiteral("a")), after == 1);
+        QCOMPARE(tab->mirror()->names().contains(QStringLiteral("b")), after == 1);
         QVERIFY(!view.select_bounds(QRect(0, 0, 79, 49), add));
-        picker_selection::clear();
     }
 
     void mapping_data() {
@@ -227,10 +228,10 @@ private slots:
         QFETCH(QPoint, shift);
         picker_view view;
         view.resize(400, 400);
-        view.push_button(button_at(QPoint(5, 5), {QStringLiteral("a")}), -1);
-        view.push_button(button_at(QPoint(95, 45), {QStringLiteral("b")}), -1);
+        view.tab()->insertButton(button_at(QPoint(5, 5), {QStringLiteral("a")}), -1);
+        view.tab()->insertButton(button_at(QPoint(95, 45), {QStringLiteral("b")}), -1);
         if (selectedButton >= 0)
-            (*view.buttons())[selectedButton].selected = buttonRecord::All;
+            view.tab()->select(selectedButton, false);
         view.setZoom(static_cast<float>(startZoom), QPoint(0, 0));
 
         if (wheel != 0) {
@@ -305,17 +306,18 @@ private slots:
         QFETCH(QList<QColor>, colours);
         picker_view view;
         view.resize(240, 200);
-        view.push_button(button_at(QPoint(50, 50), names, 10, type), -1);
+        view.tab()->insertButton(button_at(QPoint(50, 50), names, 10, type), -1);
         render(view);
 
-        buttonRecord& button = (*view.buttons())[0];
+        picker_tab* tab = view.tab();
         if (change.startsWith(QLatin1String("light")))
-            button.selected =
-                change.endsWith(QLatin1String("partly")) ? buttonRecord::Some : buttonRecord::All;
+            tab->conform_to_set(button_set::fromStringList(
+                change.endsWith(QLatin1String("partly")) ? QStringList{"a"_q} : names));
         if (change == QLatin1String("grown"))
-            view.set_button_size(&button, 30);
+            tab->editButtons({0}, [](buttonAttributes& att, int) { att.size = 30; });
         if (change == QLatin1String("recolour"))
-            button.att.color = QColor(30, 30, 200).rgb();
+            tab->editButtons(
+                {0}, [](buttonAttributes& att, int) { att.color = QColor(30, 30, 200).rgb(); });
         if (change == QLatin1String("zoom"))
             view.setZoom(2.0f, QPoint(0, 0));
         const QImage image = render(view);
@@ -349,22 +351,22 @@ private slots:
         light.tcolor = 0xFFFFFFFF;
         const QList<buttonAttributes> atts{command, shape, light, button_at({120, 40}, ab, 20)};
         for (const buttonAttributes& att : atts)
-            view.push_button(att, -1);
+            view.tab()->insertButton(att, -1);
         // The first paint makes the faces, the second copies them.
         render(view);
         render(view);
 
-        button_list& buttons = *view.buttons();
+        picker_tab* tab = view.tab();
         if (change == QLatin1String("command lit"))
-            buttons[0].selected = buttonRecord::All;
+            tab->select(0, false);
         if (change == QLatin1String("light label cut out"))
-            buttons[2].selected = buttonRecord::All;
+            tab->select(2, false);
         if (change == QLatin1String("moved"))
-            buttons[1].moveTo(QPoint(61, 43));
+            tab->editButtons({1}, [](buttonAttributes& att, int) { att.pos = QPoint(61, 43); });
         if (change == QLatin1String("first removed"))
-            view.pop_button(0);
+            tab->removeButtons({0});
         if (change == QLatin1String("relabelled"))
-            view.set_button_label(&buttons[1], QStringLiteral("T"));
+            tab->editButtons({1}, [](buttonAttributes& att, int) { att.label = "T"_q; });
         if (change == QLatin1String("zoomed"))
             view.setZoom(1.5f, QPoint(0, 0));
         if (change == QLatin1String("panned"))
@@ -377,7 +379,7 @@ private slots:
                 buttonAttributes att =
                     button_at(QPoint(10 + i % 20 * 19, 10 + i / 20 * 19), ab, 16);
                 att.color = qRgb(i, 255 - i % 256, 90);
-                other.push_button(att, -1);
+                other.tab()->insertButton(att, -1);
             }
             render(other);
         }
@@ -385,8 +387,11 @@ private slots:
         const QImage repainted = render(view);
         picker_view fresh;
         fresh.resize(view.size());
-        for (const buttonRecord& button : std::as_const(buttons))
-            (*fresh.buttons())[fresh.push_button(button.att, -1)].selected = button.selected;
+        for (const buttonRecord& button : tab->buttons()) {
+            const int index = fresh.tab()->insertButton(button.att, -1);
+            if (button.selected != buttonRecord::None)
+                fresh.tab()->select(index, false);
+        }
         fresh.setZoom(static_cast<float>(view.zoom()), QPoint(0, 0));
         fresh.setShift(view.shift());
         QCOMPARE(repainted, render(fresh));
@@ -400,23 +405,20 @@ private slots:
         buttonAttributes att = button_at(QPoint(50, 50), ab, 30);
         att.label = QStringLiteral("WWW");
         att.tcolor = 0xFF00FF00;
-        view.push_button(att, -1);
+        view.tab()->insertButton(att, -1);
         att.pos = QPoint(150, 50);
-        view.push_button(att, -1);
-        const QRect first = view.mapToScreen(view.buttons()->at(0).bounds);
-        const QRect second = view.mapToScreen(view.buttons()->at(1).bounds);
+        view.tab()->insertButton(att, -1);
+        const QRect first = view.mapToScreen(view.shape(0).bounds);
+        const QRect second = view.mapToScreen(view.shape(1).bounds);
         QImage image = render(view);
         QVERIFY(holds(image, first, 0xFF00FF00) && holds(image, second, 0xFF00FF00));
 
-        buttonRecord& button = (*view.buttons())[1];
-        button.att.tcolor = 0xFF0000FF;
-        view.update_label(&button);
+        view.tab()->editButtons({1}, [](buttonAttributes& a, int) { a.tcolor = 0xFF0000FF; });
         image = render(view);
         QVERIFY(holds(image, first, 0xFF00FF00));
         QVERIFY(holds(image, second, 0xFF0000FF) && !holds(image, second, 0xFF00FF00));
 
-        button.att.label.clear();
-        view.update_label(&button);
+        view.tab()->editButtons({1}, [](buttonAttributes& a, int) { a.label.clear(); });
         QVERIFY(!holds(render(view), second, 0xFF0000FF));
     }
 
@@ -438,10 +440,11 @@ private slots:
         QImage picture(8, 6, QImage::Format_ARGB32);
         picture.fill(Qt::blue);
         QVERIFY(picture.save(file));
-        picker_view view;
+        picker_window window(nullptr);
+        picker_tab* tab = window.frontTab();
         QPixmap old(4, 4);
         old.fill(Qt::red);
-        view.setBackground(QString::number(old.cacheKey()), old);
+        tab->setBackground(QString::number(old.cacheKey()), old);
 
         picker_set_file_hook([&](const picker_file_question&) {
             return chooseFile ? QStringList{file} : QStringList();
@@ -451,13 +454,13 @@ private slots:
             asked = message.text == QLatin1String("Remove current background image?");
             return answer;
         });
-        view.change_background();
+        window.change_background();
         picker_set_file_hook({});
         picker_set_message_hook({});
 
         QCOMPARE(asked, !chooseFile);
-        QCOMPARE(view.backgroundKey().isEmpty(), background.isEmpty());
-        QCOMPARE(view.background().size(), background);
+        QCOMPARE(tab->backgroundKey().isEmpty(), background.isEmpty());
+        QCOMPARE(tab->background().size(), background);
     }
 };
 

@@ -41,7 +41,7 @@ private slots:
         QTest::newRow("New") << int(file_menu) << "New..." << true << true;
         QTest::newRow("Save") << int(file_menu) << "Save" << true << false;
         QTest::newRow("Cut") << int(edit_menu) << "Cut" << false << false;
-        QTest::newRow("Paste in Place") << int(edit_menu) << "Paste in Place" << false << true;
+        QTest::newRow("Paste in Place") << int(edit_menu) << "Paste in Place" << false << false;
         QTest::newRow("Add One Button") << int(picker_menu) << "Add One Button" << true << false;
         QTest::newRow("Change Namespace")
             << int(picker_menu) << "Change Namespace..." << true << true;

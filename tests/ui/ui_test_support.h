@@ -35,26 +35,26 @@ inline buttonAttributes button_at(const QPoint& pos, const QStringList& names, i
 
 inline void add_button(picker_view* view, const QPoint& pos, const QStringList& names,
                        qint32 type = buttonAttributes::Selection) {
-    view->push_button(button_at(pos, names, 20, type), -1);
+    view->tab()->insertButton(button_at(pos, names, 20, type), -1);
 }
 
 inline QList<qint16> lit_states(const picker_view* view) {
     QList<qint16> states;
-    for (const buttonRecord& button : view->buttons())
+    for (const buttonRecord& button : view->tab()->buttons())
         states.append(button.selected);
     return states;
 }
 
 inline QVector<QPoint> positions(const picker_view* view) {
     QVector<QPoint> list;
-    for (const buttonRecord& button : view->buttons())
+    for (const buttonRecord& button : view->tab()->buttons())
         list.append(button.att.pos);
     return list;
 }
 
 inline button_att_list attributes_of(const picker_view* view) {
     button_att_list list;
-    for (const buttonRecord& button : view->buttons())
+    for (const buttonRecord& button : view->tab()->buttons())
         list.append(button.att);
     return list;
 }

@@ -55,11 +55,10 @@ void loadView(picker_view& view, const picker_tab_record& tab, const QStringList
     if (!tab.backgroundPng.isEmpty()) {
         QPixmap image;
         image.loadFromData(tab.backgroundPng, "PNG");
-        view.setBackground(tab.backgroundKey, image);
+        view.tab()->setBackground(tab.backgroundKey, image);
     }
-    for (const buttonAttributes& att : tab.buttons)
-        view.push_button(att, -1);
-    view.conform_to_set(button_set::fromStringList(select));
+    view.tab()->replaceButtons(tab.buttons);
+    view.tab()->conform_to_set(button_set::fromStringList(select));
 }
 
 } // namespace

@@ -1,0 +1,216 @@
+#include "picker_toolbox.h"
+
+#include "picker_colorMenu.h"
+#include "picker_field_cmd.h"
+#include "picker_tab.h"
+#include "picker_window.h"
+
+#include <QAction>
+#include <QCursor>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPixmap>
+#include <QPushButton>
+#include <QSet>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include <memory>
+
+namespace {
+
+const QRgb initial_color = 0xB22222;
+const QRgb initial_textcolor = 0;
+const int initial_size_entry = 5; // "10" among "5" to "20"
+const int row_spacing = 8;
+const int row_margin = 4;
+// Items of wlist_ while the row is shown: the tabs, a spacing, the row, a spacing.
+const int shown_items = 4;
+
+// What the selected buttons have, each attribute as a set so that mixed values show.
+struct toolbox_state {
+    QSet<unsigned int> bcolor;
+    QSet<int> bsize;
+    QSet<QString> blabel;
+    QSet<unsigned int> lcolor;
+};
+
+QIcon make_icon(QRgb color) {
+    QPixmap swatch(12, 12);
+    swatch.fill(QColor(color));
+    return QIcon(swatch);
+}
+
+} // namespace
+
+picker_toolbox::picker_toolbox(picker_window* window, QVBoxLayout* wlist, QAction* togglex)
+    : window_(window), togglex_(togglex), wlist_(wlist) {
+    make_toolbox();
+    add_row();
+    connect(togglex_, &QAction::triggered, this, &picker_toolbox::toggle_toolbox);
+}
+
+bool picker_toolbox::isShown() const {
+    return wlist_->count() >= shown_items;
+}
+
+void picker_toolbox::make_toolbox() {
+    colorm_ = new QPushButton(make_icon(initial_color), QString(), window_);
+    labelc_ = new QPushButton(make_icon(initial_textcolor), QString(), window_);
+    colorm_->setToolTip(QStringLiteral("Button Color"));
+    labelc_->setToolTip(QStringLiteral("Label Color"));
+    // The palette opens on press so that the same press-drag-release can choose.
+    connect(colorm_, &QPushButton::pressed, this, &picker_toolbox::do_color_menu);
+    connect(labelc_, &QPushButton::pressed, this, &picker_toolbox::do_labelcolor_menu);
+
+    sizem_ = new QPushButton(QString(), window_);
+    sizem_->setToolTip(QStringLiteral("Button Size"));
+    auto* sizes = new QMenu(sizem_);
+    for (int size = 5; size <= 20; ++size)
+        sizes->addAction(QString::number(size));
+    sizem_->setMenu(sizes);
+    sizem_->setMinimumWidth(50);
+    QAction* initial = sizes->actions().at(initial_size_entry);
+    sizes->setActiveAction(initial);
+    // Before the row is in the window, so the selection does not read back into half-built
+    // controls; a selection still takes the size as an undo step.
+    set_button_size(initial);
+    sizem_->setStyleSheet(QStringLiteral("text-align: left; padding: 3px"));
+    connect(sizes, &QMenu::triggered, this, &picker_toolbox::set_button_size);
+
+    labelf_ = new QLineEdit(window_);
+    labelf_->setToolTip(QStringLiteral("Button Label"));
+    connect(labelf_, &QLineEdit::editingFinished, this, &picker_toolbox::set_button_label);
+
+    toolbox_ = new QHBoxLayout;
+    toolbox_->addSpacing(row_spacing);
+    toolbox_->addWidget(new QLabel(QStringLiteral("Color:"), window_));
+    toolbox_->addWidget(colorm_);
+    toolbox_->addSpacing(row_spacing);
+    toolbox_->addWidget(new QLabel(QStringLiteral("Size:"), window_));
+    toolbox_->addWidget(sizem_);
+    toolbox_->addSpacing(row_spacing);
+    toolbox_->addWidget(new QLabel(QStringLiteral("Label:"), window_));
+    toolbox_->addWidget(labelf_);
+    toolbox_->addWidget(labelc_);
+    toolbox_->addSpacing(row_spacing);
+    toolbox_->setStretch(toolbox_->indexOf(labelf_), 1);
+}
+
+void picker_toolbox::add_row() {
+    wlist_->addSpacing(row_margin);
+    wlist_->addLayout(toolbox_, 0);
+    wlist_->addSpacing(row_margin);
+    togglex_->setText(QStringLiteral("Hide Toolbox"));
+}
+
+void picker_toolbox::toggle_toolbox() {
+    if (!isShown()) {
+        make_toolbox();
+        add_row();
+        return;
+    }
+    for (int i = 0; i < 3; ++i) {
+        std::unique_ptr<QLayoutItem> item(wlist_->takeAt(1));
+        QLayout* row = item->layout();
+        if (row == nullptr)
+            continue;
+        while (QLayoutItem* control = row->takeAt(0)) {
+            QWidget* widget = control->widget();
+            delete control;
+            delete widget;
+        }
+        // The row is its own layout item: item deletes it.
+    }
+    colorm_ = nullptr;
+    sizem_ = nullptr;
+    labelf_ = nullptr;
+    labelc_ = nullptr;
+    toolbox_ = nullptr;
+    togglex_->setText(QStringLiteral("Show Toolbox"));
+}
+
+picker_tab* picker_toolbox::selecting_tab() const {
+    picker_tab* tab = window_->frontTab();
+    return tab != nullptr && tab->any_selected() ? tab : nullptr;
+}
+
+void picker_toolbox::set_button_color(QRgb color) {
+    if (colorm_ != nullptr)
+        colorm_->setIcon(make_icon(color));
+    if (picker_tab* tab = selecting_tab())
+        tab->undoer()->push(new change_color_cmd(tab, color));
+}
+
+void picker_toolbox::set_label_color(QRgb color) {
+    if (labelc_ != nullptr)
+        labelc_->setIcon(make_icon(color));
+    if (picker_tab* tab = selecting_tab())
+        tab->undoer()->push(new change_labelc_cmd(tab, color));
+}
+
+void picker_toolbox::set_button_size(QAction* action) {
+    sizem_->setText(action->text());
+    bool parsed = false;
+    const int size = action->text().toInt(&parsed);
+    current_.size = parsed ? size : 10;
+    if (picker_tab* tab = selecting_tab())
+        tab->undoer()->push(new change_size_cmd(tab, current_.size));
+}
+
+void picker_toolbox::set_button_label() {
+    if (picker_tab* tab = selecting_tab())
+        tab->undoer()->push(new change_label_cmd(tab, labelf_->text()));
+}
+
+void picker_toolbox::do_color_menu() {
+    picker_colorMenu* menu =
+        picker_colorMenu::execute_color(QCursor::pos(), QColor(current_.color));
+    connect(menu, &picker_colorMenu::colorChanged, this, &picker_toolbox::set_button_color);
+}
+
+void picker_toolbox::do_labelcolor_menu() {
+    picker_colorMenu* menu =
+        picker_colorMenu::execute_bw(QCursor::pos(), QColor(current_.textcolor));
+    connect(menu, &picker_colorMenu::colorChanged, this, &picker_toolbox::set_label_color);
+}
+
+void picker_toolbox::updateControls() {
+    const picker_tab* tab = window_->frontTab();
+    if (!isShown() || tab == nullptr || tab->count() == 0)
+        return;
+    toolbox_state seen;
+    for (const buttonRecord& button : tab->buttons()) {
+        if (button.selected == buttonRecord::None)
+            continue;
+        seen.bcolor.insert(button.att.color);
+        seen.bsize.insert(button.att.size);
+        seen.blabel.insert(button.att.label);
+        seen.lcolor.insert(button.att.tcolor);
+    }
+    if (seen.bcolor.isEmpty())
+        return;
+    // Mixed colours and sizes show one of them; mixed labels show none.
+    const QRgb color = *seen.bcolor.cbegin();
+    const QRgb textcolor = *seen.lcolor.cbegin();
+    const int size = *seen.bsize.cbegin();
+    colorm_->setIcon(make_icon(color));
+    {
+        const QSignalBlocker blocker(sizem_);
+        sizem_->setText(QString::number(size));
+    }
+    {
+        const QSignalBlocker blocker(labelf_);
+        if (seen.blabel.size() == 1)
+            labelf_->setText(*seen.blabel.cbegin());
+        else
+            labelf_->clear();
+    }
+    labelc_->setIcon(make_icon(textcolor));
+    current_.color = color;
+    current_.textcolor = textcolor;
+    current_.label = labelf_->text();
+    current_.size = size;
+}

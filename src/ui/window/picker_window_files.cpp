@@ -1,0 +1,158 @@
+#include "picker_window.h"
+
+#include "picker_file.h"
+#include "picker_prompt.h"
+#include "picker_stream.h"
+#include "picker_view.h"
+
+#include <QDataStream>
+#include <QDir>
+#include <QFile>
+#include <QTabWidget>
+
+namespace {
+
+const QString picker_filter = QStringLiteral("Talvora Picker (*.pkr)");
+
+// Another tool's file named .pkr reads as nonsense right away; ours has at least its version,
+// title and background whole, whatever became of the buttons.
+bool header_reads_whole(QIODevice& device) {
+    if (!device.seek(0))
+        return false;
+    QDataStream stream(&device);
+    stream.setVersion(picker_file_stream_version);
+    qint32 version = 0;
+    stream >> version;
+    if (stream.status() != QDataStream::Ok || version < 1)
+        return false;
+    readString(stream);
+    if (version > 1 && stream.status() == QDataStream::Ok && !readString(stream).isEmpty())
+        readImage(stream);
+    return stream.status() == QDataStream::Ok;
+}
+
+} // namespace
+
+void picker_window::load_one_picker(const QString& path) {
+    load_pickers(QStringList{path});
+}
+
+void picker_window::load_pickers(const QStringList& paths) {
+    for (int i = 0; i < paths.size(); ++i) {
+        const QString& path = paths.at(i);
+        QFile file(path);
+        picker_tab_record tab;
+        QString problem;
+        if (!file.open(QIODevice::ReadOnly)) {
+            problem = QStringLiteral("Could not open the file \"%1\".\n\nPlease check the file "
+                                     "permissions and try again.")
+                          .arg(QDir::toNativeSeparators(path));
+        } else {
+            readPickerFile(file, tab);
+            if (!header_reads_whole(file))
+                problem = QStringLiteral("The file \"%1\" is not a picker file.")
+                              .arg(QDir::toNativeSeparators(path));
+            file.close();
+        }
+        if (!problem.isEmpty()) {
+            const bool more = i + 1 < paths.size();
+            const QMessageBox::StandardButton answer =
+                picker_ask({QMessageBox::Critical, this, tr("Open Failed"), problem,
+                            more ? QMessageBox::Cancel | QMessageBox::Ignore : QMessageBox::Ok});
+            if (answer == QMessageBox::Cancel)
+                return;
+            continue;
+        }
+        picker_view* view = view_from_record(tab);
+        view->tab()->setPath(file.fileName());
+        connect_picker(view->tab());
+        // The image enters the scene with the picker; restoring a scene then has it there.
+        setImageData(view->tab());
+        tabs_->setCurrentIndex(tabs_->addTab(view, tab.title));
+        updateSceneData();
+        request_rebind(false);
+    }
+}
+
+void picker_window::open_tab() {
+    load_pickers(picker_ask_files({picker_file_question::kind::open_files, this,
+                                   tr("Select Picker"), QString(), picker_filter}));
+}
+
+bool picker_window::do_save(picker_view* view, const QString& path) {
+    const bool saved = writeFileWhole(path, pickerFileBytes(tab_record(tabs_->indexOf(view))));
+    if (!saved) {
+        picker_ask({QMessageBox::Critical, this, tr("Save Failed"),
+                    QStringLiteral("Could not open the file \"%1\" for writing.\n\nPlease check "
+                                   "that this file is not locked and that you have the proper "
+                                   "permissions and try again.")
+                        .arg(path),
+                    QMessageBox::Ok});
+    }
+    return saved;
+}
+
+void picker_window::save_current() {
+    picker_view* view = frontPicker();
+    if (view == nullptr)
+        return;
+    if (view->tab()->path().isEmpty())
+        saveas_current();
+    else
+        do_save(view, view->tab()->path());
+}
+
+void picker_window::saveas_current() {
+    picker_view* view = frontPicker();
+    if (view == nullptr)
+        return;
+    picker_tab* tab = view->tab();
+    const QStringList chosen = picker_ask_files(
+        {picker_file_question::kind::save_file, this, tr("Save Tab:"), tab->path(), picker_filter});
+    if (chosen.isEmpty() || chosen.first().isEmpty())
+        return;
+    tab->setPath(do_save(view, chosen.first()) ? chosen.first() : QString());
+}
+
+void picker_window::request_save() {
+    if (picker_host* host = picker_main::host())
+        host->executeCommandOnIdle(QStringLiteral("TalvoraPicker(\"save\");"), false);
+}
+
+void picker_window::request_saveas() {
+    if (picker_host* host = picker_main::host())
+        host->executeCommandOnIdle(QStringLiteral("TalvoraPicker(\"saveas\");"), false);
+}
+
+void picker_window::close_one(int index) {
+    const QMessageBox::StandardButton answer = picker_ask(
+        {QMessageBox::Warning, this, tr("Close Tab"),
+         QStringLiteral(
+             "Are you sure you want to close the tab \"%1\"?\n\nAll changes will be lost.")
+             .arg(tabs_->tabText(index)),
+         QMessageBox::Cancel | QMessageBox::Ok});
+    if (answer == QMessageBox::Cancel)
+        return;
+    close_tab(index);
+    updateSceneData();
+}
+
+void picker_window::close_tab(int index) {
+    picker_view* view = view_at(index);
+    if (view == nullptr)
+        return;
+    tabs_->removeTab(index);
+    // While the window goes away the scene keeps every image; otherwise an image no remaining tab
+    // uses leaves the scene. The tab now at index is left out of the search on purpose.
+    const QString& key = view->tab()->backgroundKey();
+    if (!closing_ && !key.isEmpty()) {
+        bool shared = false;
+        for (int i = 0; i < tabs_->count() && !shared; ++i) {
+            const picker_tab* other = tab_at(i);
+            shared = i != index && other != nullptr && other->backgroundKey() == key;
+        }
+        if (!shared)
+            removeImageData(view->tab());
+    }
+    delete view;
+}

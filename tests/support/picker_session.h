@@ -1,0 +1,221 @@
+#pragma once
+
+// The picker as a user meets it: the embedded host with a scene, the picker window opened by the
+// "TalvoraPicker" command, and events sent to the top-level window, where the window system
+// would deliver them. Pictures are read back from what the window draws.
+
+// Pointer events go through the window system, as a user's do, so that held buttons add up and
+// the application sees the modifiers; on Qt 5 that is not the default.
+#ifndef QTEST_QPA_MOUSE_HANDLING
+#define QTEST_QPA_MOUSE_HANDLING
+#endif
+
+#include "../core/picker_test_vectors.h"
+#include "picker_embedded_host.h"
+#include "picker_file.h"
+#include "picker_main.h"
+#include "picker_view.h"
+#include "picker_window.h"
+
+#include <QApplication>
+#include <QDockWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStandardPaths>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+
+#include <functional>
+#include <memory>
+
+namespace picker_test_kit {
+
+using namespace picker_test_vectors;
+
+// The canvas colour and the fills of lit buttons, as the user sees them.
+inline const QColor canvas(51, 51, 51);
+inline const QColor lit(224, 224, 224);
+inline const QColor partly_lit(128, 128, 128);
+
+// Keeps settings and the pickers config away from the user's.
+inline void isolate_settings() {
+    QStandardPaths::setTestModeEnabled(true);
+    qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
+}
+
+// Hands the next window that up finds to answer once it is up: a modal exec() or a popup's
+// returns only when answer closes it.
+inline void answer_next(QWidget* (*up)(), std::function<void(QWidget*)> answer) {
+    auto* poll = new QTimer(qApp);
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, up, answer]() {
+        QWidget* window = up();
+        if (window == nullptr)
+            return;
+        poll->stop();
+        poll->deleteLater();
+        answer(window);
+    });
+    poll->start(0);
+}
+
+// An unlabelled one-name button: a plain square of its colour.
+inline buttonAttributes square(const QString& name, const QPoint& pos, QRgb colour,
+                               int size = 20) {
+    buttonAttributes att;
+    att.pos = pos;
+    att.size = size;
+    att.color = colour;
+    att.tcolor = 0xFF000000;
+    att.sel = QStringList{name};
+    return att;
+}
+
+class picker_session {
+public:
+    explicit picker_session(const QStringList& nodes) {
+        if (!picker_main::initialize(host, &picker_window::create))
+            return;
+        host.openScene(nodes, {});
+        host.executeCommand("TalvoraPicker"_q);
+        settle();
+        dock()->resize(640, 560);
+        if (!activate())
+            return;
+        // The window takes the keys once the pointer is over it.
+        QTest::mouseMove(window(), QPoint(320, 300));
+        up_ = true;
+    }
+    ~picker_session() {
+        host.quit();
+        picker_main::uninitialize();
+    }
+    picker_session(const picker_session&) = delete;
+    picker_session& operator=(const picker_session&) = delete;
+
+    bool isUp() const { return up_; }
+
+    // Runs what the last event queued, on idle and in the host, until nothing is left.
+    void settle() {
+        for (;;) {
+            QCoreApplication::processEvents();
+            if (host.pendingIdleCount() == 0)
+                return;
+            host.processIdle();
+        }
+    }
+
+    QDockWidget* dock() const { return picker_main::dock(); }
+    QWindow* window() const { return dock()->windowHandle(); }
+    QTabWidget* tabs() const { return dock()->findChild<QTabWidget*>(); }
+    picker_view* front() const { return qobject_cast<picker_view*>(tabs()->currentWidget()); }
+
+    // Opens a picker file holding the buttons, as "Open..." would, in a tab of its own.
+    void open(const button_att_list& buttons, const QString& title = "rig"_q) {
+        picker_tab_record tab;
+        tab.title = title;
+        tab.buttons = buttons;
+        open(tab);
+    }
+    void open(const picker_tab_record& tab) {
+        const QString path = dir_.filePath(tab.title + ".pkr"_q);
+        writeBytes(path, pickerFileBytes(tab));
+        host.executeCommand("TalvoraPicker open \"%1\""_q.arg(path));
+        settle();
+    }
+
+    // A picker point of the front canvas, in the top-level window.
+    QPoint at(const QPoint& pickerPoint) const {
+        return front()->mapTo(dock(), front()->mapToScreen(pickerPoint));
+    }
+
+    void click(const QPoint& pickerPoint, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
+               Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseClick(window(), button, modifiers, at(pickerPoint));
+        settle();
+    }
+    // Presses at the first point, moves through the others and releases at the last; key runs
+    // while the button is still held.
+    void drag(const QVector<QPoint>& path, Qt::KeyboardModifiers modifiers,
+              const std::function<void()>& whileHeld = {}) {
+        QTest::mousePress(window(), Qt::LeftButton, modifiers, at(path.first()));
+        for (int i = 1; i < path.size(); ++i) {
+            QTest::mouseMove(window(), at(path.at(i)));
+            if (i == 1 && whileHeld)
+                whileHeld();
+        }
+        QTest::mouseRelease(window(), Qt::LeftButton, modifiers, at(path.last()));
+        settle();
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(window(), key, modifiers);
+        settle();
+    }
+
+    // Right-clicks the canvas and chooses the entry, found by its text in the menu or a submenu.
+    void choose(const QPoint& pickerPoint, const QString& entry) {
+        answer_next(&QApplication::activePopupWidget, [entry](QWidget* popup) {
+            const std::function<QAction*(const QMenu*)> find = [&](const QMenu* menu) {
+                for (QAction* action : menu->actions()) {
+                    if (action->text() == entry)
+                        return action;
+                    if (action->menu() != nullptr)
+                        if (QAction* inner = find(action->menu()))
+                            return inner;
+                }
+                return static_cast<QAction*>(nullptr);
+            };
+            QAction* action = find(static_cast<QMenu*>(popup));
+            popup->close();
+            if (action != nullptr && action->isEnabled())
+                action->trigger();
+        });
+        QTest::mouseClick(window(), Qt::RightButton, Qt::NoModifier, at(pickerPoint));
+        settle();
+        // As the window manager does once a popup has gone.
+        QVERIFY(activate());
+    }
+
+    bool activate() {
+        dock()->activateWindow();
+        return QTest::qWaitForWindowActive(dock());
+    }
+
+    // Opens and closes a menu of the window's bar, as a user glancing at it does.
+    void glance(const QString& menu) {
+        for (QAction* entry : dock()->findChild<QMenuBar*>()->actions()) {
+            if (entry->text() == menu) {
+                entry->menu()->popup(QPoint(0, 0));
+                entry->menu()->hide();
+            }
+        }
+        QVERIFY(activate());
+    }
+
+    // The colour the window shows at a picker point of the front canvas.
+    QColor pixel(const QPoint& pickerPoint) const {
+        return dock()->grab().toImage().pixelColor(at(pickerPoint));
+    }
+
+    // The tabs the scene holds now.
+    picker_tab_set stored() const {
+        picker_tab_set set;
+        const QByteArray data = qUncompress(
+            QByteArray::fromBase64(host.fileInfo(QLatin1String(picker_scene_data_key)).toLatin1()));
+        QDataStream stream(data);
+        readTabStream(stream, set);
+        return set;
+    }
+
+    QString path(const QString& name) const { return dir_.filePath(name); }
+
+    picker_embedded_host host;
+
+private:
+    QTemporaryDir dir_;
+    bool up_ = false;
+};
+
+} // namespace picker_test_kit

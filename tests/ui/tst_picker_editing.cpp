@@ -1,0 +1,357 @@
+#include "../support/picker_session.h"
+
+#include <QCursor>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTextBrowser>
+
+using namespace picker_test_kit;
+
+namespace {
+
+using probes = QVector<QPair<QPoint, QColor>>;
+
+const QColor red(200, 30, 30);
+const QColor green(30, 160, 30);
+const QColor blue(30, 30, 200);
+const QColor yellow(200, 200, 30);
+const QColor purple(150, 50, 150);
+const QColor backdrop(10, 120, 220);
+
+const QPoint head(180, 60);
+const QPoint neck(60, 100);
+const QPoint arm(120, 80);
+const QPoint chest(240, 160);
+const QPoint hands(60, 200);
+const QPoint empty(300, 250);
+
+// Listed out of their left-to-right and top-to-bottom order, so arranging re-orders them.
+button_att_list rig() {
+    buttonAttributes both = square("L_hand"_q, hands, purple.rgb());
+    both.sel << "R_hand"_q;
+    return {square("head"_q, head, red.rgb()), square("neck"_q, neck, green.rgb()),
+            square("L_arm"_q, arm, blue.rgb()), square("chest"_q, chest, yellow.rgb(), 10), both};
+}
+
+QStringList tab_titles(const picker_session& session) {
+    QStringList titles;
+    for (int i = 0; i < session.tabs()->count(); ++i)
+        titles << session.tabs()->tabText(i);
+    return titles;
+}
+
+QList<QPoint> stored_positions(const picker_session& session) {
+    QList<QPoint> positions;
+    const picker_tab_set set = session.stored();
+    for (const buttonAttributes& att : set.tabs.value(set.current).buttons)
+        positions << att.pos;
+    return positions;
+}
+
+} // namespace
+
+// Editing as an animator does it: events on the picker's own top-level window, results read
+// from what it draws and from what the scene stores.
+class tst_picker_editing : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<picker_session> session_;
+
+    void check(const probes& expected) {
+        const QImage shown = session_->dock()->grab().toImage();
+        for (const auto& probe : expected) {
+            const QColor seen = shown.pixelColor(session_->at(probe.first));
+            QVERIFY2(seen == probe.second,
+                     qPrintable("at (%1, %2): %3, expected %4"_q.arg(probe.first.x())
+                                    .arg(probe.first.y())
+                                    .arg(seen.name(), probe.second.name())));
+        }
+    }
+
+private slots:
+    void initTestCase() { isolate_settings(); }
+
+    void init() {
+        session_ = std::make_unique<picker_session>(words("head neck L_arm chest L_hand R_hand"));
+        QVERIFY(session_->isUp());
+        session_->open(rig());
+        check({{head, red}, {neck, green}, {arm, blue}, {hands, purple}});
+    }
+
+    void cleanup() { session_.reset(); }
+
+    void undo_of_an_arrangement_puts_each_button_back_data() {
+        QTest::addColumn<QString>("entry");
+        for (const char* entry : {"Align Horizontally", "Align Vertically",
+                                  "Distribute Horizontally", "Distribute Vertically"})
+            QTest::newRow(entry) << QString::fromLatin1(entry);
+    }
+
+    void undo_of_an_arrangement_puts_each_button_back() {
+        QFETCH(QString, entry);
+        const QList<QPoint> before = stored_positions(*session_);
+        session_->click(head, Qt::ControlModifier);
+        session_->click(neck, Qt::ControlModifier | Qt::ShiftModifier);
+        session_->click(arm, Qt::ControlModifier | Qt::ShiftModifier);
+        session_->choose(empty, entry);
+        QVERIFY(stored_positions(*session_) != before);
+
+        session_->key(Qt::Key_Z, Qt::ControlModifier);
+        session_->click(empty);
+        check({{head, red}, {neck, green}, {arm, blue}});
+        QCOMPARE(stored_positions(*session_), before);
+    }
+
+    // The size-10 chest spans 235 to 244: it must come back there, not a unit to the right.
+    void a_move_there_and_back_returns_the_button_data() {
+        QTest::addColumn<bool>("drag");
+        QTest::newRow("nudged right, then left") << false;
+        QTest::newRow("dragged right, then back") << true;
+    }
+
+    void a_move_there_and_back_returns_the_button() {
+        QFETCH(bool, drag);
+        session_->click(chest, Qt::ControlModifier);
+        const QPoint right = chest + QPoint(6, 0);
+        if (drag) {
+            session_->drag({chest, right}, Qt::ControlModifier);
+            session_->drag({right, chest}, Qt::ControlModifier);
+        } else {
+            session_->key(Qt::Key_Right);
+            session_->key(Qt::Key_Left);
+        }
+        check({{QPoint(235, 160), lit}, {QPoint(243, 160), lit}, {QPoint(244, 160), canvas}});
+        QCOMPARE(stored_positions(*session_).at(3), chest);
+    }
+
+    // A key that changes the buttons while a Control-drag still holds some of them.
+    void an_edit_during_a_drag_data() {
+        QTest::addColumn<bool>("deleteHeadFirst");
+        QTest::addColumn<QPoint>("dragged");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<probes>("expected");
+        QTest::addColumn<int>("count");
+
+        const probes headGone{
+            {head, canvas}, {head + QPoint(30, 0), canvas}, {neck, green}, {arm, blue}};
+        QTest::newRow("Backspace") << false << head << int(Qt::Key_Backspace) << 0 << headGone << 4;
+        QTest::newRow("Delete") << false << head << int(Qt::Key_Delete) << 0 << headGone << 4;
+        QTest::newRow("Ctrl+X") << false << head << int(Qt::Key_X) << int(Qt::ControlModifier)
+                                << headGone << 4;
+        QTest::newRow("Ctrl+Z of an earlier delete")
+            << true << neck << int(Qt::Key_Z) << int(Qt::ControlModifier)
+            << probes{{head, red}, {neck, canvas}, {neck + QPoint(30, 0), lit}, {arm, blue}} << 5;
+    }
+
+    void an_edit_during_a_drag() {
+        QFETCH(bool, deleteHeadFirst);
+        QFETCH(QPoint, dragged);
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(probes, expected);
+        QFETCH(int, count);
+        if (deleteHeadFirst) {
+            session_->click(head, Qt::ControlModifier);
+            session_->key(Qt::Key_Backspace);
+        }
+        session_->drag(
+            {dragged, dragged + QPoint(20, 0), dragged + QPoint(30, 0)}, Qt::ControlModifier, [&] {
+                QTest::keyClick(session_->window(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+            });
+        check(expected);
+        QCOMPARE(stored_positions(*session_).size(), count);
+    }
+
+    // The keys work from the first edit on, whether or not a menu was ever opened.
+    void keys_act_at_once_data() {
+        QTest::addColumn<QVector<int>>("keys");
+        QTest::addColumn<probes>("expected");
+
+        const int ctrl = int(Qt::ControlModifier);
+        QTest::newRow("delete, undo")
+            << QVector<int>{Qt::Key_Backspace, ctrl | Qt::Key_Z} << probes{{neck, green}};
+        QTest::newRow("delete, undo, redo")
+            << QVector<int>{Qt::Key_Backspace, ctrl | Qt::Key_Z, ctrl | Qt::Key_Z | Qt::SHIFT}
+            << probes{{neck, canvas}};
+        QTest::newRow("cut, undo")
+            << QVector<int>{ctrl | Qt::Key_X, ctrl | Qt::Key_Z} << probes{{neck, lit}};
+        QTest::newRow("copy, delete, paste")
+            << QVector<int>{ctrl | Qt::Key_C, Qt::Key_Delete, ctrl | Qt::Key_V}
+            << probes{{neck, canvas}};
+    }
+
+    void keys_act_at_once() {
+        QFETCH(QVector<int>, keys);
+        QFETCH(probes, expected);
+        // Seen with nothing to undo, cut or paste: that must not hold the keys back later.
+        session_->glance("&Edit"_q);
+        session_->click(neck, Qt::ControlModifier);
+        for (const int key : keys)
+            session_->key(Qt::Key(key & ~int(Qt::KeyboardModifierMask)),
+                          Qt::KeyboardModifiers(key & int(Qt::KeyboardModifierMask)));
+        check(expected);
+        if (keys.last() == (int(Qt::ControlModifier) | Qt::Key_V)) {
+            // Pasted where the canvas' centre shows, lit.
+            picker_view* view = session_->front();
+            const QPoint centre = view->mapTo(session_->dock(), view->rect().center());
+            QCOMPARE(session_->dock()->grab().toImage().pixelColor(centre), lit);
+        }
+    }
+
+    void control_shows_the_edit_cursor_data() {
+        QTest::addColumn<bool>("dragFirst");
+        QTest::newRow("over the canvas") << false;
+        QTest::newRow("after a Control-drag") << true;
+    }
+
+    void control_shows_the_edit_cursor() {
+        QFETCH(bool, dragFirst);
+        QWindow* window = session_->window();
+        const auto shown = [this] {
+            const QPoint global = session_->dock()->mapToGlobal(session_->at(empty));
+            const QWidget* under = QApplication::widgetAt(global);
+            return under != nullptr ? under->cursor().shape() : Qt::BlankCursor;
+        };
+        if (dragFirst)
+            session_->drag({neck, neck + QPoint(10, 0)}, Qt::ControlModifier);
+        QTest::mouseMove(window, session_->at(empty));
+        QTest::keyPress(window, Qt::Key_Control, Qt::ControlModifier);
+        QCOMPARE(shown(), Qt::BitmapCursor);
+        QTest::keyRelease(window, Qt::Key_Control, Qt::NoModifier);
+        QCOMPARE(shown(), Qt::ArrowCursor);
+    }
+
+    // A partly lit button counts as selected: Shift-click lets it go, Control-click keeps it.
+    void a_partly_lit_button_counts_as_selected_data() {
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QStringList>("hostSelection");
+        QTest::addColumn<QColor>("shown");
+        QTest::newRow("Shift-click") << int(Qt::ShiftModifier) << QStringList() << canvas;
+        QTest::newRow("Control-click")
+            << int(Qt::ControlModifier) << QStringList{"L_hand"_q} << partly_lit;
+    }
+
+    void a_partly_lit_button_counts_as_selected() {
+        QFETCH(int, modifiers);
+        QFETCH(QStringList, hostSelection);
+        QFETCH(QColor, shown);
+        QVERIFY(session_->host.executeCommand("select -r \"L_hand\""_q));
+        session_->settle();
+        check({{hands, partly_lit}});
+        session_->click(hands, Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(session_->host.selection(), hostSelection);
+        check({{hands, shown == canvas ? purple : shown}});
+    }
+
+    void arrange_entries_have_icons() {
+        QStringList missing;
+        answer_next(&QApplication::activePopupWidget, [&missing](QWidget* popup) {
+            for (const QAction* action : popup->findChildren<QAction*>()) {
+                if (action->text().startsWith(QLatin1String("Align")) ||
+                    action->text().startsWith(QLatin1String("Distribute"))) {
+                    if (action->icon().pixmap(16).isNull())
+                        missing << action->text();
+                }
+            }
+            popup->close();
+        });
+        session_->click(empty, Qt::NoModifier, Qt::RightButton);
+        QVERIFY2(missing.isEmpty(), qPrintable(missing.join(", "_q)));
+    }
+
+    // Change Background asks for one image; cancelled, it asks whether to remove the current one,
+    // and Enter keeps it.
+    void background_questions_default_to_keeping_it() {
+        picker_tab_record tab;
+        tab.title = "backdrop"_q;
+        QImage image(400, 300, QImage::Format_RGB32);
+        image.fill(backdrop);
+        tab.backgroundKey = "1"_q;
+        tab.backgroundPng = pngOf(image);
+        tab.buttons = rig();
+        session_->open(tab);
+        check({{empty, backdrop}});
+
+        QFileDialog::FileMode mode = QFileDialog::AnyFile;
+        QString defaultAnswer;
+        answer_next(&QApplication::activeModalWidget, [&](QWidget* dialog) {
+            if (auto* files = qobject_cast<QFileDialog*>(dialog))
+                mode = files->fileMode();
+            answer_next(&QApplication::activeModalWidget, [&](QWidget* question) {
+                if (auto* box = qobject_cast<QMessageBox*>(question)) {
+                    if (box->defaultButton() != nullptr)
+                        defaultAnswer = box->defaultButton()->text();
+                    QTest::keyClick(box, Qt::Key_Return);
+                }
+            });
+            static_cast<QDialog*>(dialog)->reject();
+        });
+        QAction* change = nullptr;
+        for (QAction* action : session_->dock()->findChildren<QAction*>()) {
+            if (action->text() == QLatin1String("Change Background..."))
+                change = action;
+        }
+        QVERIFY(change != nullptr);
+        change->trigger();
+        session_->settle();
+        QCOMPARE(mode, QFileDialog::ExistingFile);
+        QCOMPARE(defaultAnswer, QMessageBox(QMessageBox::Question, {}, {}, QMessageBox::Cancel)
+                                    .button(QMessageBox::Cancel)
+                                    ->text());
+        check({{empty, backdrop}});
+    }
+
+    // Without a browser to open them, the links under the canvas show their page in the picker.
+    void help_links_show_their_page() {
+        picker_view* view = session_->front();
+        const banner_overlay* banner = view->overlay()->banner();
+        const QRect link = banner->entries().first().bounds;
+        const QPoint at = view->mapTo(session_->dock(), link.center());
+        QTest::mouseClick(session_->window(), Qt::LeftButton, Qt::NoModifier, at);
+        QTextBrowser* page = nullptr;
+        QTRY_VERIFY((page = session_->dock()->window()->findChild<QTextBrowser*>()) != nullptr ||
+                    [&page] {
+                        for (QWidget* top : QApplication::topLevelWidgets())
+                            if ((page = top->findChild<QTextBrowser*>()) != nullptr)
+                                return true;
+                        return false;
+                    }());
+        QTRY_VERIFY(page->isVisible());
+        QVERIFY2(page->toPlainText().contains(QLatin1String("Quick start")),
+                 qPrintable(page->toPlainText().left(200)));
+        page->window()->close();
+    }
+
+    // Reading a scene never marks it modified, and nothing the picker does for one scene is
+    // written into the next.
+    void scene_events_write_nothing() {
+        picker_tab_record tab;
+        tab.title = "backdrop"_q;
+        QImage image(64, 64, QImage::Format_RGB32);
+        image.fill(backdrop);
+        tab.backgroundKey = "7"_q;
+        tab.backgroundPng = pngOf(image);
+        tab.buttons = rig();
+        session_->open(tab);
+        picker_embedded_host& host = session_->host;
+        const QString scene = session_->path("shot.ma"_q);
+        QVERIFY(host.executeCommand("file -rename \"%1\"; file -save"_q.arg(scene)));
+        session_->settle();
+        QVERIFY(!host.isModified());
+
+        QVERIFY(host.executeCommand("file -new -f"_q));
+        session_->settle();
+        QVERIFY2(!host.isModified(), "a new scene shows as modified");
+
+        QVERIFY(host.executeCommand("file -open -f \"%1\""_q.arg(scene)));
+        session_->settle();
+        QVERIFY2(!host.isModified(), "an opened scene shows as modified");
+        QCOMPARE(tab_titles(*session_), words("Untitled rig backdrop"));
+        QVERIFY(host.hasFileInfo("TalvoraPickerImage_7"_q));
+    }
+};
+
+QTEST_MAIN(tst_picker_editing)
+#include "tst_picker_editing.moc"
