@@ -34,7 +34,7 @@ function(configure build maya_location)
         COMMAND ${CMAKE_COMMAND} -E env --unset=DEVKIT_LOCATION ${location}
             ${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${build}" -G "${GENERATOR}"
             -DCMAKE_CXX_COMPILER=${CXX_COMPILER} "-DCMAKE_CXX_COMPILER_LAUNCHER=${CXX_LAUNCHER}"
-            -DCMAKE_BUILD_TYPE=${build_type} -DPICKER_TESTS=OFF -DPICKER_BENCH=OFF ${ARGN}
+            -DCMAKE_BUILD_TYPE=Release -DPICKER_TESTS=OFF -DPICKER_BENCH=OFF ${ARGN}
         RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
     string(REGEX REPLACE "[ \t\n]+" " " output "${output}")
     set(result "${result}" PARENT_SCOPE)
@@ -60,12 +60,6 @@ endfunction()
 
 file(REMOVE_RECURSE "${WORK_DIR}")
 find_program(TAR tar REQUIRED)
-# As documented; except that gcc 12 warns falsely inside Qt 5.15's qendian.h at Release's -O3,
-# which -Werror turns into a stop that has nothing to do with what is checked here.
-set(build_type Release)
-if(QT_MAJOR EQUAL 5)
-    set(build_type RelWithDebInfo)
-endif()
 
 if(QT_MAJOR EQUAL 5)
     # The stand-in dressed as Maya 2024: no Qt package, only the header archive, Maya's own
