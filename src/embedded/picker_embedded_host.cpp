@@ -37,6 +37,22 @@ void append_namespace_tree(const QString& parent, const QStringList& all, QStrin
     }
 }
 
+// The selection by name; the host's scene holds nothing finer.
+class embedded_selection : public picker_selection_snapshot {
+public:
+    embedded_selection(picker_embedded_host& host, const QStringList& names)
+        : host_(&host), names_(names) {}
+    host_status restore() override {
+        if (!host_ || !host_->setSelection(names_))
+            return host_status::failure(internalFailure);
+        return host_status();
+    }
+
+private:
+    QPointer<picker_embedded_host> host_;
+    QStringList names_;
+};
+
 QStringList flatten(const QVector<picker_mel_value>& values) {
     QStringList flat;
     for (const picker_mel_value& value : values)
@@ -207,6 +223,17 @@ host_status picker_embedded_host::activeSelection(QStringList& names) {
     return host_status();
 }
 
+std::unique_ptr<picker_selection_snapshot>
+picker_embedded_host::saveSelection(host_status* status) {
+    QStringList names;
+    const host_status read = activeSelection(names);
+    if (status)
+        *status = read;
+    if (!read)
+        return nullptr;
+    return std::make_unique<embedded_selection>(*this, names);
+}
+
 host_status picker_embedded_host::selectByName(const QString& name,
                                                picker_list_adjustment adjustment) {
     if (failing(operation::selectByName))
@@ -244,6 +271,13 @@ bool picker_embedded_host::setSelection(const QStringList& names) {
 void picker_embedded_host::changeSelection(const QStringList& names) {
     selection_ = names;
     raiseEvent(QStringLiteral("SelectionChanged"));
+}
+
+void picker_embedded_host::changeSelectionUndoably(const QStringList& names) {
+    auto before = std::make_unique<embedded_selection>(*this, selection_);
+    changeSelection(names);
+    pushUndo(std::make_unique<picker_selection_change>(
+        std::move(before), std::make_unique<embedded_selection>(*this, selection_)));
 }
 
 void picker_embedded_host::displayError(const QString& text) {
@@ -305,6 +339,9 @@ void picker_embedded_host::resetScene(const QStringList& nodes,
     scenePath_.clear();
     referenceBase_.clear();
     scene_ = picker_ma_scene();
+    // As in Maya, a new scene starts a new undo queue: nothing undoes into the old one.
+    undoQueue_.clear();
+    undoDone_ = 0;
     if (!selection_.isEmpty())
         changeSelection(QStringList());
 }
@@ -391,6 +428,11 @@ host_status picker_embedded_host::runStatement(const picker_mel_statement& state
         return runLs(args, result);
     if (name == QLatin1String("select"))
         return runSelect(args);
+    if (name == QLatin1String("undo") || name == QLatin1String("redo")) {
+        if (!args.isEmpty())
+            return melError(QStringLiteral("%1: takes no arguments.").arg(name));
+        return walkUndo(name == QLatin1String("undo"));
+    }
     if (name == QLatin1String("print")) {
         scriptLog_.append(args);
         return host_status();
@@ -420,8 +462,38 @@ host_status picker_embedded_host::runRegistered(picker_command_fn command,
             argSlots.append(values.at(i));
         }
     }
-    // A failed command stops the text; what went wrong is the command's own to report.
-    return command(picker_mel_arg_list(argSlots));
+    // A failed command stops the text; what went wrong is the command's own to report. Like
+    // Maya, the undo queue keeps only calls that succeeded.
+    picker_undo_ptr undo;
+    const host_status status = command(picker_mel_arg_list(argSlots), undo);
+    if (status && undo)
+        pushUndo(std::move(undo));
+    return status;
+}
+
+void picker_embedded_host::pushUndo(picker_undo_ptr step) {
+    undoQueue_.resize(undoDone_);
+    undoQueue_.push_back(std::move(step));
+    undoDone_ = undoQueue_.size();
+}
+
+host_status picker_embedded_host::walkUndo(bool back) {
+    if (back ? undoDone_ == 0 : undoDone_ == undoQueue_.size()) {
+        logWarning(back ? QStringLiteral("There are no more commands to undo.")
+                        : QStringLiteral("There are no more commands to redo."));
+        return host_status();
+    }
+    picker_undo_step& step = *undoQueue_.at(back ? undoDone_ - 1 : undoDone_);
+    const host_status status = back ? step.undo() : step.redo();
+    if (!status)
+        return melError(
+            QStringLiteral("%1 failed: %2")
+                .arg(back ? QLatin1String("undo") : QLatin1String("redo"), status.errorString()));
+    if (back)
+        --undoDone_;
+    else
+        ++undoDone_;
+    return host_status();
 }
 
 host_status picker_embedded_host::runFileInfo(const QStringList& args, picker_mel_value* result) {
@@ -645,7 +717,7 @@ host_status picker_embedded_host::runSelect(const QStringList& args) {
             names.append(arg);
     }
     if (chosen == mode::clear) {
-        changeSelection(QStringList());
+        changeSelectionUndoably(QStringList());
         return host_status();
     }
     if (names.isEmpty())
@@ -654,6 +726,6 @@ host_status picker_embedded_host::runSelect(const QStringList& args) {
     for (const QString& name : names)
         if (!selected.contains(name))
             selected.append(name);
-    changeSelection(selected);
+    changeSelectionUndoably(selected);
     return host_status();
 }

@@ -15,6 +15,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <vector>
 
 class QMainWindow;
 
@@ -53,6 +54,7 @@ public:
     host_status executePythonCommandOnIdle(const QString& python,
                                            bool displayEnabled = false) override;
     host_status activeSelection(QStringList& names) override;
+    std::unique_ptr<picker_selection_snapshot> saveSelection(host_status* status) override;
     host_status selectByName(const QString& name, picker_list_adjustment adjustment) override;
     host_status clearSelectionList() override;
     void displayError(const QString& text) override;
@@ -124,6 +126,8 @@ private:
     void scheduleIdle();
     void logError(const QString& text);
     void changeSelection(const QStringList& names);
+    // As the select command changes it: one step on the undo queue.
+    void changeSelectionUndoably(const QStringList& names);
     void resetScene(const QStringList& nodes, const QMap<QString, QString>& fileInfo);
 
     host_status runMel(const QString& text, picker_mel_value* result, int depth);
@@ -141,6 +145,9 @@ private:
     void logWarning(const QString& text);
     host_status runSelect(const QStringList& args);
     host_status melError(const QString& text);
+    // The undo queue, as MEL's undo and redo walk it: a new step drops the undone ones.
+    void pushUndo(picker_undo_ptr step);
+    host_status walkUndo(bool back);
 
     QStringList nodes_;
     QStringList selection_;
@@ -156,6 +163,10 @@ private:
     std::map<picker_callback_id, callback_entry> callbacks_;
     picker_callback_id nextCallbackId_ = 1;
     QSet<QString> procedures_;
+
+    std::vector<picker_undo_ptr> undoQueue_;
+    // Steps before this index are done; from it on they are undone and wait for redo.
+    std::size_t undoDone_ = 0;
 
     std::deque<idle_entry> idleQueue_;
     bool idleScheduled_ = false;

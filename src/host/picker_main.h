@@ -30,6 +30,8 @@ public:
 
 // Builds the picker window inside the dock; the window must also be a picker_window_link.
 using picker_window_factory = QWidget* (*)(QDockWidget* dock);
+// Told when picker_main lets go of the host for good at quit, when the host unloads nothing.
+using picker_release_fn = void (*)();
 
 // The "TalvoraPicker" command and the plug-in's process-wide state. Everything here reaches the
 // host through the bridge handed to initialize().
@@ -39,11 +41,14 @@ public:
     static const QString version_;
 
     // The plug-in's load and unload steps.
-    static host_status initialize(picker_host& host, picker_window_factory windowFactory);
+    static host_status initialize(picker_host& host, picker_window_factory windowFactory,
+                                  picker_release_fn released = nullptr);
     static host_status uninitialize();
 
-    static host_status doIt(const picker_arg_list& args);
-    static host_status process_command(const QString& directive, const QStringList& args);
+    // "select" and "clear" leave their undo step in undo.
+    static host_status doIt(const picker_arg_list& args, picker_undo_ptr& undo);
+    static host_status process_command(const QString& directive, const QStringList& args,
+                                       picker_undo_ptr& undo);
     static host_status fetch_pickerdata(const QStringList& args);
     static host_status fetch_image(const QStringList& args);
     static host_status rebind_picker(const QStringList& args, bool rebind);

@@ -15,7 +15,7 @@ picker_embedded_host* currentHost = nullptr;
 // What the registered test command was handed, slot by slot: "s:text" or "a:[x,y]".
 QStringList receivedSlots;
 
-host_status record_arguments(const picker_arg_list& args) {
+host_status record_arguments(const picker_arg_list& args, picker_undo_ptr&) {
     for (unsigned index = 0; index < args.length(); ++index) {
         host_status status;
         const QString text = args.asString(index, &status);
@@ -118,6 +118,17 @@ private slots:
             << words("root prop:box") << words("s:list a:[root,prop:box]");
         QTest::newRow("ls, pattern") << testCommand + " list `ls \"*:*_ctrl\"`"_q << none << none
                                      << words("s:list a:[hero:L_hand_ctrl]");
+        // The undo queue as MEL walks it: selections go on it, a new one drops what was undone,
+        // and a new scene starts afresh.
+        QTest::newRow("undo and redo of selects")
+            << "select -r root; select -add prop:box; select -cl; undo; undo; redo"_q << none
+            << words("root prop:box") << none;
+        QTest::newRow("a new select drops the undone")
+            << "select -r root; select -add prop:box; undo; select -r prop:box; undo; undo"_q
+            << none << none << none;
+        QTest::newRow("a new scene, nothing to undo")
+            << "select -r root; file -new -f; undo"_q
+            << QStringList{"// Warning: There are no more commands to undo."_q} << none << none;
         QTest::newRow("error inside a backquote stops the command")
             << testCommand + " bind `nonesuch`"_q
             << QStringList{"// Error: Cannot find procedure \"nonesuch\"."_q} << none << none;

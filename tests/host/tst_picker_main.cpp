@@ -214,6 +214,32 @@ private slots:
                                  : QStringList{"// Error: TalvoraPicker - "_q + error});
     }
 
+    // A pick is one step on the host's undo queue, among the user's own selections, and the
+    // buttons follow each step back and forth.
+    void picksUndoLikeSelections_data() {
+        QTest::addColumn<QString>("mel");
+        QTest::addColumn<QStringList>("selection");
+        QTest::newRow("pick undone")
+            << "select -r b; TalvoraPicker select c hero:x; undo"_q << QStringList{"b"_q};
+        QTest::newRow("clear undone")
+            << "select -r b c; TalvoraPicker clear; undo"_q << QStringList{"b"_q, "c"_q};
+        QTest::newRow("pick redone")
+            << "select -r b; TalvoraPicker select c; undo; redo"_q << QStringList{"c"_q};
+        QTest::newRow("picks among selects")
+            << "TalvoraPicker select c; select -add b; TalvoraPicker select hero:x; undo; undo"_q
+            << QStringList{"c"_q};
+    }
+
+    void picksUndoLikeSelections() {
+        QFETCH(QString, mel);
+        QFETCH(QStringList, selection);
+        test_window* window = openWindow();
+        QVERIFY(window);
+        QVERIFY(host_->executeCommand(mel).ok());
+        QCOMPARE(host_->selection(), selection);
+        QCOMPARE(window->calls.last(), "setSelection:"_q + selection.join(QLatin1Char(',')));
+    }
+
     void settingsAppliedAndStored_data() {
         QTest::addColumn<QRect>("stored");
         QTest::addColumn<QRect>("shown"); // null: centred on the primary screen
@@ -238,6 +264,9 @@ private slots:
         host_->quit();
         QVERIFY(!picker_main::dock());
         QVERIFY(!lastWindow);
+        // The host quits without unloading: nothing calls into the picker any more.
+        QVERIFY(!picker_main::host());
+        QCOMPARE(host_->callbackCount("SelectionChanged"_q), 0);
         QCOMPARE(settings().value("pickerSize"_q).toSize(), QSize(210, 220));
         QCOMPARE(settings().value("pickerPosition"_q).toPoint(), QPoint(50, 60));
     }
