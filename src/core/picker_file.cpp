@@ -35,7 +35,7 @@ void writeTabBody(QDataStream& stream, const picker_tab_record& tab) {
 
 // Returns the part that was being read when the stream failed; empty when everything was read.
 QString readTabBody(QDataStream& stream, qint32 version, picker_tab_record& tab,
-                    stream_fault& fault) {
+                    stream_fault& fault, qint32* announced = nullptr) {
     tab.title = readString(stream, &fault);
     if (!readable(stream)) {
         return QStringLiteral("the title");
@@ -57,6 +57,8 @@ QString readTabBody(QDataStream& stream, qint32 version, picker_tab_record& tab,
     if (!readable(stream)) {
         return QStringLiteral("the button count");
     }
+    if (announced != nullptr)
+        *announced = count;
     tab.buttons = readButtonRecords(stream, version, count, &fault);
     if (!readable(stream)) {
         return QStringLiteral("button %1").arg(fault.button);
@@ -128,7 +130,7 @@ picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab) {
         result.isPicker = false;
         return result;
     }
-    const QString part = readTabBody(stream, result.version, tab, fault);
+    const QString part = readTabBody(stream, result.version, tab, fault, &result.buttonCount);
     if (!part.isEmpty()) {
         result.error = describeFault(stream, fault, medium, part);
         result.isPicker =

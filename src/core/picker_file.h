@@ -40,6 +40,8 @@ struct picker_read_result {
     // tabs handed back were read whole.
     qint32 tabCount = -1;
     qint32 wholeTabs = 0;
+    // For files: the buttons the file announces (-1 before that is read).
+    qint32 buttonCount = -1;
     // For files: false when the bytes are no picker file at all (empty, a format version below
     // 1, or a version, title and background that do not read whole), rather than a damaged one.
     bool isPicker = true;

@@ -148,14 +148,14 @@ bool rebindNeedsDialog(const QStringList& used, const QStringList& available, bo
 
 namespace_choice namespaceChoice(const QString& used, const QStringList& available) {
     namespace_choice choice;
-    choice.items = available;
-    choice.current = available.indexOf(used);
-    if (choice.current < 0)
-        choice.current = findNestedNamespace(used, available);
-    if (choice.current < 0) {
-        choice.items.prepend(used);
-        choice.current = 0;
-    }
+    // The root namespace first, as an empty entry, then the scene's.
+    choice.items = QStringList{QString()} + available;
+    int found = available.indexOf(used);
+    if (found < 0)
+        found = findNestedNamespace(used, available);
+    if (found < 0 && !available.isEmpty())
+        found = 0;
+    choice.current = found + 1; // past the root; the root itself when the scene has none
     return choice;
 }
 

@@ -38,8 +38,9 @@ QStringList collectCurrentNamespace(const button_att_list& buttons);
 // when some used namespace is not in available.
 bool rebindNeedsDialog(const QStringList& used, const QStringList& available, bool force);
 
-// The namespace dialog's combo for one used namespace: its items and the one chosen at first
-// (the namespace itself, else the scene namespace that nests it, else the namespace put first).
+// The namespace dialog's combo for one used namespace: the root namespace (an empty entry) and the
+// scene's, and the one chosen at first: the namespace itself, else the scene namespace that nests
+// it, else the scene's first, else the root.
 struct namespace_choice {
     QStringList items;
     int current = 0;

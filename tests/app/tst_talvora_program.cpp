@@ -7,13 +7,17 @@
 #include "picker_window.h"
 
 #include <QComboBox>
+#include <QDockWidget>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QWindow>
 #include <QtTest>
 
 #include <algorithm>
@@ -87,6 +91,10 @@ class tst_talvora_program : public QObject {
 
 private slots:
     void initTestCase() {
+        // Settings of a test's own, from a clean start: the window's place is remembered there.
+        QStandardPaths::setTestModeEnabled(true);
+        QSettings(QStringLiteral("Talvora"), QStringLiteral("talvora-picker")).clear();
+        QSettings(QStringLiteral("Talvora"), QStringLiteral("picker")).clear();
         picker_set_dialog_hook([](QDialog&) { return int(QDialog::Rejected); });
         // Leaving a modified scene asks first; these cases leave it without saving.
         picker_set_message_hook([](const picker_message&) { return QMessageBox::Discard; });
@@ -165,10 +173,64 @@ private slots:
         QCOMPARE(host_.selection(), QStringList{"villain:head_ctrl"_q});
     }
 
+    // Typing into the host's script line stays there while the pointer drifts over the picker.
+    void typing_in_the_script_line_stays_there() {
+        click("hero:head_ctrl"_q);
+        main_->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(main_.get()));
+        QWindow* window = main_->windowHandle();
+        QLineEdit* line = main_->scriptLine();
+        QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier,
+                          line->mapTo(main_.get(), line->rect().center()));
+        picker_view* view = front();
+        QTest::mouseMove(window, view->mapTo(main_.get(), view->rect().center()));
+        const qreal zoom = view->zoom();
+        for (const QChar c : "select -r hero:chest_ctrl; // fh+-"_q)
+            QTest::keyClick(window, c.toLatin1());
+        QTest::keyClick(window, Qt::Key_Return);
+        host_.processIdle();
+        QCOMPARE(host_.selection(), QStringList{"hero:chest_ctrl"_q});
+        QVERIFY(!view->animating());
+        QCOMPARE(view->zoom(), zoom);
+        QCOMPARE(view->tab()->undoer()->count(), 0);
+    }
+
+    // The picker docks beside the outliner, which keeps a usable width as the window is resized.
+    void picker_docks_beside_the_outliner() {
+        QDockWidget* dock = picker_main::dock();
+        QTRY_VERIFY(!dock->isFloating());
+        QCOMPARE(main_->dockWidgetArea(dock), Qt::RightDockWidgetArea);
+        const QSize size = main_->size();
+        main_->resize(420, 500);
+        QTRY_COMPARE(main_->width(), 420);
+        main_->resize(size);
+        QTRY_COMPARE(main_->size(), size);
+        QTRY_VERIFY(main_->findChild<QListWidget*>()->width() >= 150);
+    }
+
+    // Where the user left the picker is where the next start puts it.
+    void picker_place_is_remembered() {
+        QDockWidget* dock = picker_main::dock();
+        dock->setFloating(true);
+        dock->setGeometry(QRect(60, 80, 470, 520));
+        QVERIFY(main_->close());
+        main_ = std::make_unique<host_main_window>(host_);
+        host_.setMainWindow(main_.get());
+        main_->show();
+        QVERIFY(QTest::qWaitForWindowExposed(main_.get()));
+        QVERIFY(host_.executeCommand("TalvoraPicker"_q));
+        host_.processIdle();
+        dock = picker_main::dock();
+        QTRY_VERIFY(dock != nullptr && dock->isFloating());
+        QTRY_COMPARE(dock->size(), QSize(470, 520));
+        dock->setFloating(false);
+    }
+
     void sceneSavedClearedAndOpened() {
         QTemporaryDir dir;
         const QString saved = dir.filePath("shot.ma"_q);
-        QTRY_VERIFY(main_->windowTitle().contains(QLatin1Char('*')));
+        // Opening a scene leaves it as it was: nothing to save yet.
+        QTRY_COMPARE(main_->windowTitle(), "demo_scene.ma - Talvora host"_q);
         choose("Save Scene As..."_q, saved);
         QCOMPARE(host_.scenePath(), saved);
         QTRY_COMPARE(main_->windowTitle(), "shot.ma - Talvora host"_q);
