@@ -1,4 +1,5 @@
 #include "../core/picker_test_vectors.h"
+#include "picker_background_key.h"
 #include "picker_embedded_host.h"
 #include "picker_file.h"
 #include "picker_main.h"
@@ -517,10 +518,9 @@ private slots:
         QVERIFY(host_->executeCommand("TalvoraPicker open %1"_q.arg(picker_mel_quote(path))));
         storeImages();
         writeScene();
-        // Replaced before it reaches any MEL.
+        // Replaced before it reaches any MEL, by the key the image itself gives.
         for (int i = 0; i < 2; ++i)
-            QCOMPARE(view(i)->tab()->backgroundKey(),
-                     QString::number(view(i)->tab()->background().cacheKey()));
+            QCOMPARE(view(i)->tab()->backgroundKey(), backgroundKeyOf(png_of(Qt::red)));
         QVERIFY(host_->hasFileInfo(image_entry + view(0)->tab()->backgroundKey()));
 
         // A key set some other way is still only ever a quoted string.
