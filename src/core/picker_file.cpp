@@ -8,6 +8,8 @@
 #include <QIODevice>
 #include <QSaveFile>
 
+#include <algorithm>
+
 namespace {
 
 bool readable(const QDataStream& stream) {
@@ -181,7 +183,7 @@ picker_read_result readTabStream(QDataStream& stream, picker_tab_set& set) {
             describeFault(stream, fault, medium, QStringLiteral("the current tab index"));
         return result;
     }
-    for (qint32 i = 0; i < count; ++i) {
+    for (qint32 i = 0; i < std::min(count, picker_max_tabs); ++i) {
         qint32 index = 0;
         stream >> index;
         if (!readable(stream)) {
@@ -199,5 +201,9 @@ picker_read_result readTabStream(QDataStream& stream, picker_tab_set& set) {
         }
         ++result.wholeTabs;
     }
+    if (count > picker_max_tabs)
+        result.error = QStringLiteral("the data holds %1 tabs, more than the %2 a picker may have")
+                           .arg(count)
+                           .arg(picker_max_tabs);
     return result;
 }

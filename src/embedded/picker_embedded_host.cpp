@@ -209,7 +209,7 @@ void picker_embedded_host::processIdle() {
         const idle_entry entry = idleQueue_.front();
         idleQueue_.pop_front();
         if (entry.python)
-            scriptLog_.append(QStringLiteral("python: ") + entry.text);
+            log(output_kind::line, QStringLiteral("python: ") + entry.text);
         else
             runMel(entry.text, nullptr, 0);
     }
@@ -238,7 +238,7 @@ host_status picker_embedded_host::selectByName(const QString& name,
                                                picker_list_adjustment adjustment) {
     if (failing(operation::selectByName))
         return refuse();
-    if (!nodes_.contains(name))
+    if (!nodeSet_.contains(name))
         return host_status::failure(QStringLiteral("(kInvalidParameter): No object matches name"));
     QStringList names;
     if (adjustment == picker_list_adjustment::add)
@@ -259,7 +259,7 @@ host_status picker_embedded_host::clearSelectionList() {
 bool picker_embedded_host::setSelection(const QStringList& names) {
     QStringList unique;
     for (const QString& name : names) {
-        if (!nodes_.contains(name))
+        if (!nodeSet_.contains(name))
             return false;
         if (!unique.contains(name))
             unique.append(name);
@@ -284,14 +284,20 @@ void picker_embedded_host::displayError(const QString& text) {
     logError(text);
 }
 
+void picker_embedded_host::log(output_kind kind, const QString& text) {
+    scriptLog_.append(text);
+    if (output_)
+        output_(kind, text);
+    else if (kind == output_kind::warning || kind == output_kind::error)
+        std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+}
+
 void picker_embedded_host::logWarning(const QString& text) {
-    scriptLog_.append(QStringLiteral("// Warning: ") + text);
-    std::fprintf(stderr, "// Warning: %s\n", text.toLocal8Bit().constData());
+    log(output_kind::warning, QStringLiteral("// Warning: ") + position_ + text);
 }
 
 void picker_embedded_host::logError(const QString& text) {
-    scriptLog_.append(QStringLiteral("// Error: ") + text);
-    std::fprintf(stderr, "// Error: %s\n", text.toLocal8Bit().constData());
+    log(output_kind::error, QStringLiteral("// Error: ") + position_ + text);
 }
 
 QWidget* picker_embedded_host::mainWindow() {
@@ -306,22 +312,26 @@ QWidget* picker_embedded_host::mainWindow() {
 }
 
 bool picker_embedded_host::addNode(const QString& name) {
-    if (name.isEmpty() || nodes_.contains(name) || name.startsWith(QLatin1Char(':')) ||
+    if (name.isEmpty() || nodeSet_.contains(name) || name.startsWith(QLatin1Char(':')) ||
         name.endsWith(QLatin1Char(':')) || name.contains(QLatin1String("::")))
         return false;
     nodes_.append(name);
+    nodeSet_.insert(name);
     return true;
 }
 
 QStringList picker_embedded_host::namespaces() const {
     QStringList all;
+    QSet<QString> seen;
     for (const QString& node : nodes_) {
         const QStringList parts = node.split(QLatin1Char(':'));
         QString ns;
         for (int i = 0; i + 1 < parts.size(); ++i) {
             ns = i == 0 ? parts.at(0) : ns + QLatin1Char(':') + parts.at(i);
-            if (!all.contains(ns))
+            if (!seen.contains(ns)) {
+                seen.insert(ns);
                 all.append(ns);
+            }
         }
     }
     QStringList ordered;
@@ -332,11 +342,13 @@ QStringList picker_embedded_host::namespaces() const {
 void picker_embedded_host::resetScene(const QStringList& nodes,
                                       const QMap<QString, QString>& fileInfo) {
     nodes_.clear();
+    nodeSet_.clear();
     for (const QString& node : nodes)
         addNode(node);
     fileInfo_ = fileInfo;
     modified_ = false;
     scenePath_.clear();
+    renamed_ = false;
     referenceBase_.clear();
     scene_ = picker_ma_scene();
     // As in Maya, a new scene starts a new undo queue: nothing undoes into the old one.
@@ -364,6 +376,32 @@ void picker_embedded_host::quit() {
 
 host_status picker_embedded_host::executeCommand(const QString& mel, picker_mel_value* result) {
     return runMel(mel, result, 0);
+}
+
+host_status
+picker_embedded_host::runScript(const QString& mel, const QString& source,
+                                const std::function<void(const picker_mel_value&)>& result) {
+    const auto at = [&source](int line) {
+        return source.isEmpty() ? QString() : QStringLiteral("%1:%2: ").arg(source).arg(line);
+    };
+    const picker_mel_script script = picker_mel_parse(mel);
+    if (!script.error.isEmpty()) {
+        position_ = at(script.errorLine);
+        const host_status status = melError(script.error);
+        position_.clear();
+        return status;
+    }
+    for (const picker_mel_statement& statement : script.statements) {
+        picker_mel_value value = picker_mel_value::string(QString());
+        position_ = at(statement.line);
+        const host_status status = runStatement(statement, &value, 0);
+        position_.clear();
+        if (!status)
+            return status;
+        if (result)
+            result(value);
+    }
+    return host_status();
 }
 
 host_status picker_embedded_host::melError(const QString& text) {
@@ -434,7 +472,12 @@ host_status picker_embedded_host::runStatement(const picker_mel_statement& state
         return walkUndo(name == QLatin1String("undo"));
     }
     if (name == QLatin1String("print")) {
-        scriptLog_.append(args);
+        if (values.size() != 1)
+            return melError(QStringLiteral("print: wrong number of arguments."));
+        // As Maya prints: a string as it is, an array an element a line.
+        const picker_mel_value& value = values.first();
+        log(output_kind::print,
+            value.isArray ? value.items.join(QLatin1Char('\n')) + QLatin1Char('\n') : args.first());
         return host_status();
     }
     if (name == QLatin1String("picker_ListNamespaces") && procedures_.contains(name)) {
@@ -578,8 +621,10 @@ host_status picker_embedded_host::runFile(const QStringList& args, picker_mel_va
         newScene();
         return host_status();
     }
-    if (values.contains(QStringLiteral("-rename")))
+    if (values.contains(QStringLiteral("-rename"))) {
+        renamed_ = renamed_ || values.value(QStringLiteral("-rename")) != scenePath_;
         scenePath_ = values.value(QStringLiteral("-rename"));
+    }
     if (set.contains(QStringLiteral("-save")))
         return saveFile();
     if (set.contains(QStringLiteral("-reference")))
@@ -605,7 +650,7 @@ host_status picker_embedded_host::openFile(const QString& path) {
     if (path.isEmpty())
         return melError(QStringLiteral("file: -open needs a file."));
     picker_ma_scene read;
-    const picker_ma_result status = readMayaAscii(path, read);
+    const picker_ma_result status = readMayaAscii(path, read, *files_);
     if (!status.ok())
         return melError(status.error);
     raiseEvent(QStringLiteral("deleteAll"));
@@ -616,20 +661,28 @@ host_status picker_embedded_host::openFile(const QString& path) {
     scenePath_ = path;
     referenceBase_ = path;
     scene_ = read;
-    for (const QString& warning : status.warnings)
-        logWarning(warning);
     raiseEvent(QStringLiteral("SceneOpened"));
-    return host_status();
+    return readErrors(status);
+}
+
+host_status picker_embedded_host::readErrors(const picker_ma_result& result) {
+    for (const QString& warning : result.warnings)
+        logWarning(warning);
+    for (const QString& error : result.errors)
+        logError(error);
+    return result.errors.isEmpty() ? host_status() : host_status::failure(result.errors.first());
 }
 
 host_status picker_embedded_host::saveFile() {
     if (scenePath_.isEmpty())
         return melError(QStringLiteral("file: the scene has no name yet; give it one with "
                                        "file -rename."));
+    // The nodes as read, and those made since; what the references brought stays theirs.
     picker_ma_scene written = scene_;
-    written.nodes.clear();
+    const QSet<QString> referenced(scene_.referencedNodes.cbegin(), scene_.referencedNodes.cend());
+    const QSet<QString> read(scene_.nodes.cbegin(), scene_.nodes.cend());
     for (const QString& node : nodes_) {
-        if (!scene_.referencedNodes.contains(node))
+        if (!referenced.contains(node) && !read.contains(node))
             written.nodes.append(node);
     }
     written.fileInfo.clear();
@@ -638,17 +691,27 @@ host_status picker_embedded_host::saveFile() {
     // A relative reference was found beside the scene it was read with; saved somewhere else, it
     // is written where it was found.
     for (picker_ma_reference& reference : written.references) {
-        if (!resolveReferencePath(reference.path, scenePath_).isEmpty())
+        if (!resolveReferencePath(reference.path, scenePath_, *files_).isEmpty())
             continue;
-        const QString found = resolveReferencePath(reference.path, referenceBase_);
+        const QString found = resolveReferencePath(reference.path, referenceBase_, *files_);
         if (!found.isEmpty())
             reference.path = QFileInfo(found).absoluteFilePath();
     }
+    QByteArray bytes;
     QString error;
-    if (!writeMayaAscii(scenePath_, written, &error))
-        return melError(error);
+    if (!mayaAsciiBytes(written, renamed_ ? QFileInfo(scenePath_).fileName() : QString(), bytes,
+                        &error) ||
+        !files_->write(scenePath_, bytes, error))
+        return melError(QStringLiteral("%1: %2").arg(scenePath_, error));
+    // What was written is what the next save starts from.
+    picker_ma_scene saved;
+    parseMayaAsciiFile(bytes, scenePath_, saved);
+    scene_.source = saved.source;
+    scene_.nodes = saved.nodes;
+    scene_.fileInfo = saved.fileInfo;
     scene_.references = written.references;
     referenceBase_ = scenePath_;
+    renamed_ = false;
     modified_ = false;
     raiseEvent(QStringLiteral("SceneSaved"));
     return host_status();
@@ -660,16 +723,14 @@ host_status picker_embedded_host::referenceFile(const QString& ns, const QString
     const QString name = ns.isEmpty() ? QFileInfo(path).completeBaseName() : ns;
     picker_ma_scene referenced = scene_;
     const int before = static_cast<int>(referenced.referencedNodes.size());
-    const picker_ma_result status = referenceMayaAscii(name, path, scenePath_, referenced);
+    const picker_ma_result status = referenceMayaAscii(name, path, scenePath_, referenced, *files_);
     if (!status.ok())
         return melError(status.error);
-    for (const QString& warning : status.warnings)
-        logWarning(warning);
     for (int i = before; i < referenced.referencedNodes.size(); ++i)
         addNode(referenced.referencedNodes.at(i));
     scene_ = referenced;
     modified_ = true;
-    return host_status();
+    return readErrors(status);
 }
 
 host_status picker_embedded_host::runLs(const QStringList& args, picker_mel_value* result) {
@@ -711,7 +772,7 @@ host_status picker_embedded_host::runSelect(const QStringList& args) {
             chosen = mode::clear;
         else if (arg.startsWith(QLatin1Char('-')))
             return melError(QStringLiteral("select: invalid flag %1.").arg(arg));
-        else if (!nodes_.contains(arg))
+        else if (!nodeSet_.contains(arg))
             return melError(QStringLiteral("No object matches name: %1").arg(arg));
         else if (!names.contains(arg))
             names.append(arg);

@@ -135,6 +135,11 @@ void create_dock() {
     picker_main::sceneOpenedFn(nullptr);
 }
 
+host_status not_done(const char* what) {
+    return host_status::failure(QStringLiteral("TalvoraPicker - the picker ") +
+                                QLatin1String(what));
+}
+
 host_status refuse_without_interface() {
     state().host->displayError(noInterface);
     return host_status::failure(noInterface);
@@ -329,21 +334,20 @@ host_status picker_main::process_command(const QString& directive, const QString
         return rebind_picker(args, false);
     if (directive == QLatin1String("rebind"))
         return rebind_picker(args, true);
-    if (directive == QLatin1String("save")) {
-        if (link)
-            link->save_current();
-        return host_status();
-    }
+    // What failed the window has told the user; the command fails so that scripts stop there.
+    if (directive == QLatin1String("save"))
+        return !link || link->save_current() ? host_status() : not_done("was not saved");
     if (directive == QLatin1String("saveas")) {
-        if (link)
-            link->saveas_current();
-        return host_status();
+        if (args.size() > 1) {
+            const QString message = QStringLiteral("TalvoraPicker - saveas takes one file at most");
+            host->displayError(message);
+            return host_status::failure(message);
+        }
+        return !link || link->saveas_current(args.value(0)) ? host_status()
+                                                            : not_done("was not saved");
     }
-    if (directive == QLatin1String("open")) {
-        if (link)
-            link->load_pickers(args);
-        return host_status();
-    }
+    if (directive == QLatin1String("open"))
+        return !link || link->load_pickers(args) ? host_status() : not_done("did not all open");
     const QString message = QStringLiteral("TalvoraPicker - unknown directive: %1").arg(directive);
     host->displayError(message);
     return host_status::failure(message);

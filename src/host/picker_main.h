@@ -22,9 +22,13 @@ public:
     // Brings the front tab's background image in from the scene.
     virtual void fetchFrontImageData() = 0;
     virtual void setBackgroundImage(const QString& key, const QPixmap& image) = 0;
-    virtual void save_current() = 0;
-    virtual void saveas_current() = 0;
-    virtual void load_pickers(const QStringList& paths) = 0;
+    // False when the front tab could not be written.
+    virtual bool save_current() = 0;
+    // The front tab to path, or to a file the user chooses when path is empty. False when it
+    // could not be written; a choice cancelled writes nothing and is no failure.
+    virtual bool saveas_current(const QString& path) = 0;
+    // False when any of the files did not open.
+    virtual bool load_pickers(const QStringList& paths) = 0;
     virtual void rebindFront(const QStringList& namespaces, bool rebind) = 0;
 };
 

@@ -67,6 +67,12 @@ private slots:
         QTest::newRow("a scene without namespaces offers the root")
             << button_att_list{names({"B:x", "a:b:ctrl"})} << none << list({"a", "a:b", "B"})
             << true << list({"", "", ""}) << none << rows({{"x", "ctrl"}});
+        QTest::newRow("DAG paths segment by segment, in names and scripts")
+            << button_att_list{names({"|hero:grp|hero:ctrl.cv[0:3]"}),
+                               mel("select \"|hero:grp|hero:hand\";")}
+            << list({"villain"}) << list({"hero"}) << true << list({"villain"}) << list({"villain"})
+            << rows({{"|villain:grp|villain:ctrl.cv[0:3]"},
+                     {"select \"|villain:grp|villain:hand\";"}});
         QTest::newRow("colon inside brackets ignored")
             << button_att_list{names({"ns:obj.vtx[3:5]"})} << list({"ns"}) << list({"ns"}) << false
             << list({"ns"}) << list({"other"}) << rows({{"other:obj.vtx[3:5]"}});

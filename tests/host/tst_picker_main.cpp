@@ -34,10 +34,18 @@ public:
     }
     void fetchFrontImageData() override { calls << "fetchFrontImageData"_q; }
     void setBackgroundImage(const QString& key, const QPixmap&) override { calls << key; }
-    void save_current() override { calls << "save_current"_q; }
-    void saveas_current() override { calls << "saveas_current"_q; }
-    void load_pickers(const QStringList& paths) override {
+    bool save_current() override {
+        calls << "save_current"_q;
+        return true;
+    }
+    bool saveas_current(const QString& path) override {
+        calls << "saveas_current:"_q + path;
+        return true;
+    }
+    // A file named "missing" does not open.
+    bool load_pickers(const QStringList& paths) override {
         calls << "load_pickers:"_q + paths.join(QLatin1Char('|'));
+        return !paths.contains("missing"_q);
     }
     void rebindFront(const QStringList& namespaces, bool rebind) override {
         calls << "rebindFront:%1:%2"_q.arg(namespaces.join(QLatin1Char(','))).arg(rebind ? 1 : 0);
@@ -189,6 +197,12 @@ private slots:
             << "select b nope"_q << false << "setSelection:b"_q << QString();
         QTest::newRow("open") << "open \"/p/a.pkr\" \"/p/b c.pkr\""_q << true
                               << "load_pickers:/p/a.pkr|/p/b c.pkr"_q << QString();
+        QTest::newRow("open fails with a file that does not")
+            << "open a missing"_q << false << "load_pickers:a|missing"_q << QString();
+        QTest::newRow("saveas takes a file")
+            << "saveas \"/p/o.pkr\""_q << true << "saveas_current:/p/o.pkr"_q << QString();
+        QTest::newRow("saveas takes one file at most")
+            << "saveas a b"_q << false << QString() << "saveas takes one file at most"_q;
         QTest::newRow("rebind") << "rebind `picker_ListNamespaces`;"_q << true
                                 << "rebindFront:hero,hero:sub:1"_q << QString();
         QTest::newRow("restore not compressed")

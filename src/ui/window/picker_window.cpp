@@ -1,5 +1,6 @@
 #include "picker_window.h"
 
+#include "picker_background_key.h"
 #include "picker_dialog.h"
 #include "picker_file.h"
 #include "picker_mel_quote.h"
@@ -226,7 +227,7 @@ void picker_window::change_background() {
     const QPixmap image = chosen.isEmpty() ? QPixmap() : QPixmap(chosen.first());
     // A file that does not load leaves the tab without a background, and the scene without an
     // entry for it.
-    tab->setBackground(image.isNull() ? QString() : QString::number(image.cacheKey(), 10), image);
+    tab->setBackground(image.isNull() ? QString() : backgroundKeyOf(image.toImage()), image);
     setImageData(tab);
     updateSceneData();
 }

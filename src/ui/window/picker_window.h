@@ -100,9 +100,9 @@ public:
     void streamFrom(QDataStream& stream) override;
     void fetchFrontImageData() override;
     void setBackgroundImage(const QString& key, const QPixmap& image) override;
-    void save_current() override;
-    void saveas_current() override;
-    void load_pickers(const QStringList& paths) override;
+    bool save_current() override;
+    bool saveas_current(const QString& path) override;
+    bool load_pickers(const QStringList& paths) override;
     // Namespaces the scene has, as picker_ListNamespaces lists them.
     void rebindFront(const QStringList& namespaces, bool rebind) override;
 

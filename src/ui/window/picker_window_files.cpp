@@ -48,7 +48,8 @@ void picker_window::load_one_picker(const QString& path) {
     load_pickers(QStringList{path});
 }
 
-void picker_window::load_pickers(const QStringList& paths) {
+bool picker_window::load_pickers(const QStringList& paths) {
+    bool allOpened = true;
     for (int i = 0; i < paths.size(); ++i) {
         const QString& path = paths.at(i);
         QFile file(path);
@@ -71,8 +72,9 @@ void picker_window::load_pickers(const QStringList& paths) {
             const QMessageBox::StandardButton answer =
                 picker_ask({QMessageBox::Critical, this, tr("Open Failed"), problem,
                             more ? QMessageBox::Cancel | QMessageBox::Ignore : QMessageBox::Ok});
+            allOpened = false;
             if (answer == QMessageBox::Cancel)
-                return;
+                return false;
             continue;
         }
         picker_view* view = view_from_record(tab);
@@ -98,6 +100,7 @@ void picker_window::load_pickers(const QStringList& paths) {
                         QMessageBox::Ok});
         }
     }
+    return allOpened;
 }
 
 void picker_window::remember_picker(const QString& path) {
@@ -146,27 +149,31 @@ bool picker_window::do_save(picker_view* view, const QString& path) {
     return saved;
 }
 
-void picker_window::save_current() {
+bool picker_window::save_current() {
     picker_view* view = frontPicker();
     if (view == nullptr)
-        return;
+        return false;
     if (view->tab()->path().isEmpty())
-        saveas_current();
-    else
-        do_save(view, view->tab()->path());
+        return saveas_current(QString());
+    return do_save(view, view->tab()->path());
 }
 
-void picker_window::saveas_current() {
+bool picker_window::saveas_current(const QString& path) {
     picker_view* view = frontPicker();
     if (view == nullptr)
-        return;
+        return false;
     picker_tab* tab = view->tab();
-    const QStringList chosen =
-        picker_ask_files({picker_file_question::kind::save_file, this, tr("Save Tab:"), tab->path(),
-                          picker_filter, QStringLiteral("pkr")});
-    if (chosen.isEmpty() || chosen.first().isEmpty())
-        return;
-    tab->setPath(do_save(view, chosen.first()) ? chosen.first() : QString());
+    QString target = path;
+    if (target.isEmpty()) {
+        target = picker_ask_files({picker_file_question::kind::save_file, this, tr("Save Tab:"),
+                                   tab->path(), picker_filter, QStringLiteral("pkr")})
+                     .value(0);
+        if (target.isEmpty())
+            return true;
+    }
+    const bool saved = do_save(view, target);
+    tab->setPath(saved ? target : QString());
+    return saved;
 }
 
 void picker_window::request_save() {
