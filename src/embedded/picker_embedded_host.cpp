@@ -466,6 +466,8 @@ host_status picker_embedded_host::runStatement(const picker_mel_statement& state
         return runLs(args, result);
     if (name == QLatin1String("select"))
         return runSelect(args);
+    if (name == QLatin1String("xform"))
+        return runXform(args);
     if (name == QLatin1String("undo") || name == QLatin1String("redo")) {
         if (!args.isEmpty())
             return melError(QStringLiteral("%1: takes no arguments.").arg(name));
@@ -788,5 +790,22 @@ host_status picker_embedded_host::runSelect(const QStringList& args) {
         if (!selected.contains(name))
             selected.append(name);
     changeSelectionUndoably(selected);
+    return host_status();
+}
+
+host_status picker_embedded_host::runXform(const QStringList& args) {
+    // The scene keeps no transforms; what a pose button asks of it is checked, not applied.
+    QStringList names;
+    for (const QString& arg : args) {
+        bool number = false;
+        arg.toDouble(&number);
+        if (number || arg.startsWith(QLatin1Char('-')))
+            continue;
+        if (!nodeSet_.contains(arg))
+            return melError(QStringLiteral("No object matches name: %1").arg(arg));
+        names.append(arg);
+    }
+    if (names.isEmpty() && selection_.isEmpty())
+        return melError(QStringLiteral("xform: no objects given and nothing selected."));
     return host_status();
 }

@@ -163,6 +163,7 @@ private:
     host_status runLs(const QStringList& args, picker_mel_value* result);
     void logWarning(const QString& text);
     host_status runSelect(const QStringList& args);
+    host_status runXform(const QStringList& args);
     host_status melError(const QString& text);
     // The undo queue, as MEL's undo and redo walk it: a new step drops the undone ones.
     void pushUndo(picker_undo_ptr step);

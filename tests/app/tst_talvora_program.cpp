@@ -182,6 +182,25 @@ private slots:
         QCOMPARE(host_.selection(), QStringList{"villain:head_ctrl"_q});
     }
 
+    // Every command button of the demo runs on this host without an error.
+    void demo_command_buttons_run() {
+        host_.clearScriptLog();
+        int pressed = 0;
+        for (const buttonRecord& button : front()->tab()->buttons()) {
+            if (button.att.type != buttonAttributes::Command)
+                continue;
+            QTest::mouseClick(front(), Qt::LeftButton, Qt::NoModifier,
+                              front()->mapToScreen(button.att.pos));
+            host_.processIdle();
+            ++pressed;
+        }
+        QCOMPARE(pressed, 3);
+        const QStringList log = host_.scriptLog();
+        QVERIFY2(log.filter("Error"_q).isEmpty(), qPrintable(log.join(QLatin1Char('\n'))));
+        QVERIFY2(log.filter("python: import maya.cmds"_q).size() == 1,
+                 qPrintable(log.join(QLatin1Char('\n'))));
+    }
+
     // Typing into the host's script line stays there while the pointer drifts over the picker.
     void typing_in_the_script_line_stays_there() {
         click("hero:head_ctrl"_q);
