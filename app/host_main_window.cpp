@@ -34,8 +34,11 @@ const QString scene_filter = QStringLiteral("Maya ASCII (*.ma)");
 const QString recent_key = QStringLiteral("recentScenes");
 const QString geometry_key = QStringLiteral("windowGeometry");
 const QString state_key = QStringLiteral("windowState");
-// The outliner never narrower than its names need.
+// The outliner never narrower than its names need, nor wider than the picker beside it can
+// spare: what the window gains goes to the picker.
 constexpr int outliner_width = 220;
+constexpr int outliner_least = 160;
+constexpr int outliner_most = 360;
 
 QSettings program_settings() {
     return QSettings(QStringLiteral("Talvora"), QStringLiteral("talvora-picker"));
@@ -84,7 +87,8 @@ host_main_window::host_main_window(picker_embedded_host& host) : host_(host) {
     sceneDock_->setObjectName(QStringLiteral("Scene"));
     sceneDock_->setWidget(splitter);
     sceneDock_->setFeatures(QDockWidget::NoDockWidgetFeatures);
-    sceneDock_->setMinimumWidth(outliner_width / 2);
+    sceneDock_->setMinimumWidth(outliner_least);
+    sceneDock_->setMaximumWidth(outliner_most);
     addDockWidget(Qt::LeftDockWidgetArea, sceneDock_);
     // No central widget: the outliner and the picker share the width between them.
     resize(1100, 700);
