@@ -29,12 +29,10 @@ const int row_margin = 4;
 // Items of wlist_ while the row is shown: the tabs, a spacing, the row, a spacing.
 const int shown_items = 4;
 
-// What the selected buttons have, each attribute as a set so that mixed values show.
+// The sizes and labels the lit buttons have, as sets so that mixed values show.
 struct toolbox_state {
-    QSet<unsigned int> bcolor;
     QSet<int> bsize;
     QSet<QString> blabel;
-    QSet<unsigned int> lcolor;
 };
 
 QIcon make_icon(QRgb color) {
@@ -205,25 +203,27 @@ void picker_toolbox::updateControls() {
     if (!isShown() || tab == nullptr)
         return;
     toolbox_state seen;
+    const buttonAttributes* first = nullptr;
     for (const buttonRecord& button : tab->buttons()) {
         if (button.selected == buttonRecord::None)
             continue;
-        seen.bcolor.insert(button.att.color);
+        if (first == nullptr)
+            first = &button.att;
         seen.bsize.insert(button.att.size);
         seen.blabel.insert(button.att.label);
-        seen.lcolor.insert(button.att.tcolor);
     }
-    if (seen.bcolor.isEmpty()) {
+    if (first == nullptr) {
         // Nothing lit here: no label of another tab's buttons is offered for new ones.
         const QSignalBlocker blocker(labelf_);
         labelf_->clear();
         current_.label.clear();
         return;
     }
-    // Mixed colours show one of them; mixed sizes and labels show none.
-    const QRgb color = *seen.bcolor.cbegin();
-    const QRgb textcolor = *seen.lcolor.cbegin();
-    const int size = *seen.bsize.cbegin();
+    // Mixed colours show the first lit button's; mixed sizes and labels show none. New
+    // buttons take the first lit button's style.
+    const QRgb color = first->color;
+    const QRgb textcolor = first->tcolor;
+    const int size = first->size;
     colorm_->setIcon(make_icon(color));
     {
         const QSignalBlocker blocker(sizem_);
