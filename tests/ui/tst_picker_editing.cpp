@@ -1,5 +1,6 @@
 #include "../support/picker_session.h"
 
+#include <QBitmap>
 #include <QCursor>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -63,6 +64,14 @@ QList<QStringList> stored_names(const picker_session& session, int tab) {
     for (const buttonAttributes& att : session.stored().tabs.value(tab).buttons)
         names << att.sel;
     return names;
+}
+
+QBitmap bitmap_of(const QCursor& cursor, bool mask) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return mask ? cursor.mask() : cursor.bitmap();
+#else
+    return mask ? cursor.mask(Qt::ReturnByValue) : cursor.bitmap(Qt::ReturnByValue);
+#endif
 }
 
 QList<QPoint> stored_positions(const picker_session& session) {
@@ -207,6 +216,11 @@ private slots:
         QTest::newRow("copy, delete, paste")
             << QVector<int>{ctrl | Qt::Key_C, Qt::Key_Delete, ctrl | Qt::Key_V}
             << probes{{neck, canvas}};
+        // The neck spans 50 to 69.
+        QTest::newRow("equal twice grows")
+            << QVector<int>{Qt::Key_Equal, Qt::Key_Equal} << probes{{{49, 100}, lit}};
+        QTest::newRow("left arrow moves")
+            << QVector<int>{Qt::Key_Left} << probes{{{69, 100}, canvas}, {{49, 100}, lit}};
     }
 
     void keys_act_at_once() {
@@ -246,6 +260,16 @@ private slots:
         QTest::mouseMove(window, session_->at(empty));
         QTest::keyPress(window, Qt::Key_Control, Qt::ControlModifier);
         QCOMPARE(shown(), Qt::BitmapCursor);
+        // Row 10 of the edit cursor: black inside, a white rim, clear beyond.
+        const QCursor cursor =
+            QApplication::widgetAt(session_->dock()->mapToGlobal(session_->at(empty)))->cursor();
+        QCOMPARE(cursor.hotSpot(), QPoint(1, 1));
+        const QImage shape = bitmap_of(cursor, false).toImage();
+        const QImage mask = bitmap_of(cursor, true).toImage();
+        QCOMPARE(QColor(shape.pixel(5, 10)), QColor(Qt::black));
+        QCOMPARE(QColor(shape.pixel(2, 10)), QColor(Qt::white));
+        QCOMPARE(QColor(mask.pixel(2, 10)), QColor(Qt::black));
+        QCOMPARE(QColor(mask.pixel(12, 10)), QColor(Qt::white));
         QTest::keyRelease(window, Qt::Key_Control, Qt::NoModifier);
         QCOMPARE(shown(), Qt::ArrowCursor);
     }
@@ -272,20 +296,141 @@ private slots:
         check({{hands, shown == canvas ? purple : shown}});
     }
 
-    void arrange_entries_have_icons() {
-        QStringList missing;
-        answer_next(&QApplication::activePopupWidget, [&missing](QWidget* popup) {
+    // A left click or band picks in the host, where the chest is selected already.
+    void clicks_and_bands_pick_data() {
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QVector<QPoint>>("path");
+        QTest::addColumn<QStringList>("hostSelection");
+        QTest::addColumn<probes>("expected");
+
+        const int shift = int(Qt::ShiftModifier);
+        const QPoint band(40, 60);
+        QTest::newRow("click") << 0 << QVector<QPoint>{neck} << words("neck")
+                               << probes{{neck, lit}, {chest, yellow}};
+        QTest::newRow("Shift-click adds")
+            << shift << QVector<QPoint>{neck} << words("chest neck") << probes{{neck, lit}};
+        QTest::newRow("Shift-click lets go")
+            << shift << QVector<QPoint>{chest} << QStringList() << probes{{chest, yellow}};
+        QTest::newRow("click on the canvas")
+            << 0 << QVector<QPoint>{empty} << QStringList() << probes{{chest, yellow}};
+        QTest::newRow("band") << 0 << QVector<QPoint>{band, QPoint(135, 115)} << words("neck L_arm")
+                              << probes{{neck, lit}, {arm, lit}};
+        QTest::newRow("Shift band grows, then shrinks")
+            << shift << QVector<QPoint>{band, QPoint(135, 115), QPoint(75, 115)}
+            << words("chest neck") << probes{{neck, lit}, {arm, blue}};
+    }
+
+    void clicks_and_bands_pick() {
+        QFETCH(int, modifiers);
+        QFETCH(QVector<QPoint>, path);
+        QFETCH(QStringList, hostSelection);
+        QFETCH(probes, expected);
+        QVERIFY(session_->host.executeCommand("select -r \"chest\""_q));
+        session_->settle();
+        session_->drag(path, Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(session_->host.selection(), hostSelection);
+        check(expected);
+        QCOMPARE(session_->front()->tab()->undoer()->count(), 0);
+    }
+
+    // A command button runs when released over it; Control-click picks it for editing instead.
+    void a_command_button_runs_on_release_over_it_data() {
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QPoint>("release");
+        QTest::addColumn<QStringList>("ran");
+        QTest::newRow("released over it") << 0 << QPoint(108, 100) << words("hi");
+        QTest::newRow("released outside") << 0 << QPoint(140, 100) << QStringList();
+        QTest::newRow("Control-click")
+            << int(Qt::ControlModifier) << QPoint(100, 100) << QStringList();
+    }
+
+    void a_command_button_runs_on_release_over_it() {
+        QFETCH(int, modifiers);
+        QFETCH(QPoint, release);
+        QFETCH(QStringList, ran);
+        buttonAttributes command = square("print \"hi\""_q, QPoint(100, 100), red.rgb());
+        command.type = buttonAttributes::Command;
+        session_->open({command}, "commands"_q);
+        session_->host.clearScriptLog();
+        QWindow* window = session_->window();
+        const auto keys = Qt::KeyboardModifiers(modifiers);
+        QTest::mousePress(window, Qt::LeftButton, keys, session_->at(QPoint(100, 100)));
+        // Held, it shows pressed; it lets go when the pointer leaves it.
+        QCOMPARE(session_->pixel(QPoint(100, 100)), QColor(red.lighter(150).rgb()));
+        QTest::mouseMove(window, session_->at(release));
+        QTest::mouseRelease(window, Qt::LeftButton, keys, session_->at(release));
+        session_->settle();
+        QCOMPARE(session_->host.scriptLog(), ran);
+        QCOMPARE(session_->pixel(QPoint(100, 100)),
+                 modifiers != 0 ? QColor(red.lighter(150).rgb()) : red);
+    }
+
+    // The context menu offers what applies where it opens, in menu order, arranging with icons.
+    void the_context_menu_offers_what_applies_data() {
+        QTest::addColumn<QPoint>("at");
+        QTest::addColumn<QString>("hostSelection");
+        QTest::addColumn<QStringList>("enabled");
+        const QString add = "Add Command Button..."_q;
+        QTest::newRow("canvas, nothing selected") << empty << QString() << QStringList{add};
+        QTest::newRow("selection button, nodes selected")
+            << head << "select -r \"neck\""_q
+            << QStringList{"Add One Button"_q, "Add Many Buttons"_q, "Update Button"_q,
+                           "Delete Button"_q, add};
+    }
+
+    void the_context_menu_offers_what_applies() {
+        QFETCH(QPoint, at);
+        QFETCH(QString, hostSelection);
+        QFETCH(QStringList, enabled);
+        if (!hostSelection.isEmpty())
+            QVERIFY(session_->host.executeCommand(hostSelection));
+        session_->settle();
+        QStringList shown;
+        QStringList withoutIcon;
+        answer_next(&QApplication::activePopupWidget, [&](QWidget* popup) {
+            bool buttonEntries = true;
+            for (const QAction* action : popup->actions()) {
+                buttonEntries = buttonEntries && action->text() != QLatin1String("Reset View");
+                if (buttonEntries && action->isEnabled() && !action->isSeparator())
+                    shown << action->text();
+            }
             for (const QAction* action : popup->findChildren<QAction*>()) {
-                if (action->text().startsWith(QLatin1String("Align")) ||
-                    action->text().startsWith(QLatin1String("Distribute"))) {
-                    if (action->icon().pixmap(16).isNull())
-                        missing << action->text();
-                }
+                if ((action->text().startsWith(QLatin1String("Align")) ||
+                     action->text().startsWith(QLatin1String("Distribute"))) &&
+                    action->icon().pixmap(16).isNull())
+                    withoutIcon << action->text();
             }
             popup->close();
         });
-        session_->click(empty, Qt::NoModifier, Qt::RightButton);
-        QVERIFY2(missing.isEmpty(), qPrintable(missing.join(", "_q)));
+        session_->click(at, Qt::NoModifier, Qt::RightButton);
+        QCOMPARE(shown, enabled);
+        QVERIFY2(withoutIcon.isEmpty(), qPrintable(withoutIcon.join(", "_q)));
+    }
+
+    // Alt and the right button zoom about the press: 40 pixels up is one step out.
+    void alt_right_drag_zooms_data() {
+        QTest::addColumn<QPoint>("move");
+        QTest::addColumn<qreal>("zoom");
+        QTest::newRow("39 right") << QPoint(39, 0) << qreal(1);
+        QTest::newRow("40 up") << QPoint(0, -40) << qreal(0.9375);
+        QTest::newRow("60 down") << QPoint(0, 60) << qreal(1.0625 * 1.0625);
+    }
+
+    void alt_right_drag_zooms() {
+        QFETCH(QPoint, move);
+        QFETCH(qreal, zoom);
+        picker_view* view = session_->front();
+        view->setZoom(1.0f, QPoint(0, 0));
+        QWindow* window = session_->window();
+        const QPoint press = session_->at(arm);
+        QTest::mousePress(window, Qt::RightButton, Qt::AltModifier, press);
+        QTest::mouseMove(window, press + QPoint(1, 1));
+        QTest::mouseMove(window, press + move);
+        QTest::mouseRelease(window, Qt::RightButton, Qt::AltModifier, press + move);
+        session_->settle();
+        QCOMPARE(view->zoom(), zoom);
+        // The arm stays under the press.
+        QCOMPARE(session_->pixel(arm), blue);
     }
 
     // Change Background asks for one image; cancelled, it asks whether to remove the current one,
@@ -379,22 +524,33 @@ private slots:
     // and adds them as one step.
     void add_many_data() {
         QTest::addColumn<QString>("placing");
+        QTest::addColumn<QVector<QPoint>>("path");
         QTest::addColumn<QList<QStringList>>("added");
+        QTest::addColumn<QList<QPoint>>("placed");
         const QList<QStringList> both{{"L_arm"_q}, {"chest"_q}};
-        QTest::newRow("left press") << "left"_q << both;
-        QTest::newRow("right press cancels") << "right"_q << QList<QStringList>();
-        QTest::newRow("Esc cancels") << "escape"_q << QList<QStringList>();
+        const QPoint place(300, 320);
+        QTest::newRow("left press: a row, turned up")
+            << "left"_q << QVector<QPoint>{place} << both << QList<QPoint>{place, {300, 310}};
+        QTest::newRow("dragged down, the small sideways part kept")
+            << "left"_q << QVector<QPoint>{{200, 150}, {230, 150}, {203, 240}} << both
+            << QList<QPoint>{{200, 150}, {201, 195}};
+        QTest::newRow("right press cancels")
+            << "right"_q << QVector<QPoint>{place} << QList<QStringList>() << QList<QPoint>();
+        QTest::newRow("Esc cancels")
+            << "escape"_q << QVector<QPoint>{place} << QList<QStringList>() << QList<QPoint>();
     }
 
     void add_many() {
         QFETCH(QString, placing);
+        QFETCH(QVector<QPoint>, path);
         QFETCH(QList<QStringList>, added);
+        QFETCH(QList<QPoint>, placed);
         QVERIFY(session_->host.executeCommand("select -r \"L_arm\" \"chest\""_q));
         session_->settle();
         session_->choose(empty, "Add Many Buttons"_q);
         QVERIFY(session_->host.executeCommand("select -r \"head\""_q));
         session_->settle();
-        const QPoint place(300, 320);
+        const QPoint place = path.first();
         if (placing == QLatin1String("right")) {
             bool menuShown = false;
             answer_next(&QApplication::activePopupWidget, [&menuShown](QWidget* popup) {
@@ -407,8 +563,9 @@ private slots:
         } else if (placing == QLatin1String("escape")) {
             session_->key(Qt::Key_Escape);
         }
-        session_->click(place);
+        session_->drag(path, Qt::NoModifier);
         QCOMPARE(stored_names(*session_, 1).mid(5), added);
+        QCOMPARE(stored_positions(*session_).mid(5), placed);
         QCOMPARE(session_->front()->tab()->undoer()->count(), added.isEmpty() ? 0 : 1);
         if (!added.isEmpty()) {
             // Framed to show the whole picker, the new row in it.
