@@ -179,56 +179,6 @@ private slots:
         QCOMPARE(attributes_of(tab), kept);
     }
 
-    void paste_places_and_selects_data() {
-        QTest::addColumn<point_list>("pasted");
-        QTest::addColumn<bool>("inplace");
-        QTest::addColumn<point_list>("placed");
-
-        // The canvas shows picker (99, 49) at its centre.
-        const point_list group{{10, 10}, {30, 20}, {20, 40}};
-        QTest::newRow("in place") << group << true << group;
-        // Position bounds (10, 10)-(30, 40), centre (20, 25): offset (79, 24).
-        QTest::newRow("centred") << group << false << point_list{{89, 34}, {109, 44}, {99, 64}};
-    }
-
-    void paste_places_and_selects() {
-        QFETCH(point_list, pasted);
-        QFETCH(bool, inplace);
-        QFETCH(point_list, placed);
-
-        picker_tab tab;
-        fill(tab, point_list(2));
-        light(tab, {0});
-        button_att_list clip;
-        for (const QPoint& pos : pasted)
-            clip.append(plain_button(7, pos));
-
-        tab.undoer()->push(
-            new paste_buttons_cmd(&tab, clip, inplace, {QPoint(99, 49), QRect(0, 0, 200, 100)}));
-
-        QCOMPARE(positions(tab).mid(2), placed);
-        QCOMPARE(lit_states(tab), (QList<qint16>{0, 0, 1, 1, 1}));
-        tab.undoer()->undo();
-        QCOMPARE(lit_states(tab), (QList<qint16>{0, 0}));
-    }
-
-    void update_swaps_names() {
-        picker_tab tab;
-        fill(tab, point_list(3));
-        const QStringList rebound{QStringLiteral("x"), QStringLiteral("y")};
-        tab.mirror()->setNames(rebound);
-
-        tab.undoer()->push(new update_buttons_cmd(&tab, 1, rebound));
-        const buttonRecord& button = tab.buttons().at(1);
-        QCOMPARE(button.att.sel, rebound);
-        QCOMPARE(button.which, (sel_list{1, 1}));
-        QCOMPARE(int(button.selected), int(buttonRecord::All));
-
-        tab.undoer()->undo();
-        QCOMPARE(tab.buttons().at(1).att.sel, QStringList{QStringLiteral("n1")});
-        QCOMPARE(int(tab.buttons().at(1).selected), int(buttonRecord::None));
-    }
-
     void arrange_data() {
         QTest::addColumn<int>("action");
         QTest::addColumn<point_list>("start");

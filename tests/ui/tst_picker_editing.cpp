@@ -1,10 +1,13 @@
 #include "../support/picker_session.h"
 
 #include <QBitmap>
+#include <QClipboard>
 #include <QCursor>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
 #include <QTextBrowser>
@@ -30,6 +33,8 @@ const QPoint arm(120, 80);
 const QPoint chest(240, 160);
 const QPoint hands(60, 200);
 const QPoint empty(300, 250);
+
+const QString button_format = "application/x-qt-picker-mime;value=\"buttons\""_q;
 
 // Listed out of their left-to-right and top-to-bottom order, so arranging re-orders them.
 button_att_list rig() {
@@ -115,7 +120,10 @@ private slots:
         check({{head, red}, {neck, green}, {arm, blue}, {hands, purple}});
     }
 
-    void cleanup() { session_.reset(); }
+    void cleanup() {
+        session_.reset();
+        QApplication::clipboard()->clear();
+    }
 
     void undo_of_an_arrangement_puts_each_button_back_data() {
         QTest::addColumn<QString>("entry");
@@ -272,6 +280,106 @@ private slots:
         QCOMPARE(QColor(mask.pixel(12, 10)), QColor(Qt::white));
         QTest::keyRelease(window, Qt::Key_Control, Qt::NoModifier);
         QCOMPARE(shown(), Qt::ArrowCursor);
+    }
+
+    // Copy with nothing lit leaves the clipboard alone; a cut puts the button there, and its
+    // undo leaves it there.
+    void cut_puts_the_button_on_the_clipboard() {
+        QClipboard* clipboard = QApplication::clipboard();
+        clipboard->setText("kept"_q);
+        session_->key(Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(clipboard->text(), "kept"_q);
+
+        session_->click(neck, Qt::ControlModifier);
+        session_->key(Qt::Key_X, Qt::ControlModifier);
+        // Format 1, one record: index 0 in the list, pos (60, 100), size 20, selection, MEL, green
+        // on black, no label, names "neck".
+        const QByteArray expected =
+            hex("00000001 00000001"
+                "00000000 0000003c 00000064 00000014 00000000 00000000"
+                "ff1ea01e ff000000 ffffffff 00000001 00000008 006e00650063006b");
+        QCOMPARE(clipboard->mimeData()->formats(), QStringList{button_format});
+        QCOMPARE(clipboard->mimeData()->data(button_format), expected);
+        session_->key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(clipboard->mimeData()->data(button_format), expected);
+    }
+
+    // Paste in Place takes the button list format only, and leaves the clipboard as it was.
+    void paste_in_place_data() {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("steps");
+        QTest::addColumn<QList<QStringList>>("added");
+        QTest::newRow("text only")
+            << "text/plain"_q << QByteArray("a:b") << 0 << QList<QStringList>();
+        QTest::newRow("list format 2")
+            << button_format << hex("00000002 00000000") << 1 << QList<QStringList>();
+        QTest::newRow("two buttons")
+            << button_format << hex("00000001 00000002") + selectionRecord() + commandRecord() << 1
+            << QList<QStringList>{selectionButton().sel, commandButton().sel};
+    }
+
+    void paste_in_place() {
+        QFETCH(QString, format);
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, steps);
+        QFETCH(QList<QStringList>, added);
+        auto mime = std::make_unique<QMimeData>();
+        mime->setData(format, bytes);
+        QApplication::clipboard()->setMimeData(mime.release());
+        session_->settle();
+        session_->menu("&Edit"_q, "Paste in Place"_q);
+        QCOMPARE(session_->front()->tab()->undoer()->count(), steps);
+        QCOMPARE(stored_names(*session_, 1).mid(5), added);
+        QCOMPARE(QApplication::clipboard()->mimeData()->data(format), bytes);
+        // The pasted command button shows picked for editing: its blue lightened.
+        if (!added.isEmpty())
+            check({{QPoint(100, 50), QColor(61, 61, 255)}});
+    }
+
+    void rename_tab_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("new name") << "Arms"_q
+                                  << "Arms"_q;
+        QTest::newRow("empty keeps the name") << QString() << "rig"_q;
+    }
+
+    void rename_tab() {
+        QFETCH(QString, typed);
+        QFETCH(QString, expected);
+        QString shown;
+        answer_next(&QApplication::activeModalWidget, [&](QWidget* dialog) {
+            auto* input = qobject_cast<QInputDialog*>(dialog);
+            QVERIFY(input != nullptr);
+            shown = input->labelText() + QLatin1Char('=') + input->textValue();
+            input->setTextValue(typed);
+            input->accept();
+        });
+        session_->menu("&File"_q, "Rename Tab..."_q);
+        QCOMPARE(shown, "Name=rig"_q);
+        QCOMPARE(tab_titles(*session_), (QStringList{"Untitled"_q, expected}));
+    }
+
+    // Ctrl+W asks first; Cancel keeps the tab, Ok closes it; an empty tab goes without a question.
+    void closing_a_tab_asks_first() {
+        const QString question =
+            "Are you sure you want to close the tab \"rig\"?\n\nAll changes will be lost."_q;
+        for (const QMessageBox::StandardButton answer : {QMessageBox::Cancel, QMessageBox::Ok}) {
+            QString asked;
+            answer_next(&QApplication::activeModalWidget, [&asked, answer](QWidget* dialog) {
+                auto* box = qobject_cast<QMessageBox*>(dialog);
+                QVERIFY(box != nullptr);
+                asked = box->text();
+                box->button(answer)->click();
+            });
+            session_->key(Qt::Key_W, Qt::ControlModifier);
+            QCOMPARE(asked, question);
+            QCOMPARE(tab_titles(*session_).size(), answer == QMessageBox::Ok ? 1 : 2);
+            QVERIFY(session_->activate());
+        }
+        session_->key(Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(tab_titles(*session_), QStringList());
     }
 
     // A partly lit button counts as selected: Shift-click lets it go, Control-click keeps it.
