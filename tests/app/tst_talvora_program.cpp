@@ -1,4 +1,4 @@
-#include "../core/picker_test_vectors.h"
+#include "../support/picker_test_vectors.h"
 #include "batch_mode.h"
 #include "host_main_window.h"
 #include "picker_embedded_host.h"

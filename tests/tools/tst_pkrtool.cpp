@@ -1,4 +1,4 @@
-#include "../core/picker_test_vectors.h"
+#include "../support/picker_test_vectors.h"
 #include "picker_file.h"
 #include "picker_json.h"
 #include "picker_maya_ascii.h"
@@ -171,8 +171,7 @@ private slots:
                                "\"sel\": [\"n\"]}]}",
                                tab),
             QString());
-        QCOMPARE(tab.buttons.at(0),
-                 makeButton(QPoint(1, 2), 3, 0, 0, 0xFF123456, 0xFF000000, QString(), {"n"_q}));
+        QCOMPARE(tab.buttons.at(0), button({"n"_q}, QPoint(1, 2), 3, 0xFF123456));
     }
 
     void badDescriptionSaysWhere_data() {

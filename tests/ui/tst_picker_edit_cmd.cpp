@@ -1,15 +1,17 @@
+#include "../support/picker_test_kit.h"
 #include "picker_arrange_cmd.h"
 #include "picker_field_cmd.h"
-#include "ui_test_support.h"
 
 #include <QSignalSpy>
 #include <QTest>
+
+using namespace picker_test_kit;
 
 namespace {
 
 // Each button its own colour, so that undo must give every one back its own.
 buttonAttributes plain_button(int i, const QPoint& pos) {
-    buttonAttributes att = button_at(pos, {QStringLiteral("n%1").arg(i)});
+    buttonAttributes att = button({QStringLiteral("n%1").arg(i)}, pos, 10);
     att.color = 0xFF000000u + unsigned(i);
     return att;
 }

@@ -38,10 +38,11 @@ const QString button_format = "application/x-qt-picker-mime;value=\"buttons\""_q
 
 // Listed out of their left-to-right and top-to-bottom order, so arranging re-orders them.
 button_att_list rig() {
-    buttonAttributes both = square("L_hand"_q, hands, purple.rgb());
+    buttonAttributes both = button({"L_hand"_q}, hands, 20, purple.rgb());
     both.sel << "R_hand"_q;
-    return {square("head"_q, head, red.rgb()), square("neck"_q, neck, green.rgb()),
-            square("L_arm"_q, arm, blue.rgb()), square("chest"_q, chest, yellow.rgb(), 10), both};
+    return {button({"head"_q}, head, 20, red.rgb()), button({"neck"_q}, neck, 20, green.rgb()),
+            button({"L_arm"_q}, arm, 20, blue.rgb()), button({"chest"_q}, chest, 10, yellow.rgb()),
+            both};
 }
 
 QStringList tab_titles(const picker_session& session) {
@@ -456,8 +457,8 @@ private slots:
         QFETCH(int, modifiers);
         QFETCH(QPoint, release);
         QFETCH(QStringList, ran);
-        buttonAttributes command = square("print \"hi\""_q, QPoint(100, 100), red.rgb());
-        command.type = buttonAttributes::Command;
+        const buttonAttributes command =
+            button({"print \"hi\""_q}, QPoint(100, 100), 20, red.rgb(), buttonAttributes::Command);
         session_->open({command}, "commands"_q);
         session_->host.clearScriptLog();
         QWindow* window = session_->window();
@@ -544,12 +545,12 @@ private slots:
     // Change Background asks for one image; cancelled, it asks whether to remove the current one,
     // and Enter keeps it.
     void background_questions_default_to_keeping_it() {
-        picker_tab_record tab;
+        laid_tab tab;
         tab.title = "backdrop"_q;
         QImage image(400, 300, QImage::Format_RGB32);
         image.fill(backdrop);
-        tab.backgroundKey = "1"_q;
-        tab.backgroundPng = pngOf(image);
+        tab.key = "1"_q;
+        tab.png = pngOf(image);
         tab.buttons = rig();
         session_->open(tab);
         check({{empty, backdrop}});
@@ -581,6 +582,36 @@ private slots:
                                     .button(QMessageBox::Cancel)
                                     ->text());
         check({{empty, backdrop}});
+    }
+
+    // Change Background puts the chosen picture behind the buttons; cancelled, it asks whether
+    // to remove the one there.
+    void change_background_data() {
+        QTest::addColumn<bool>("chooseFile");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QColor>("behind");
+        QTest::newRow("replaced image") << true << int(QMessageBox::NoButton) << blue;
+        QTest::newRow("cancel, remove") << false << int(QMessageBox::Yes) << canvas;
+        QTest::newRow("cancel, keep") << false << int(QMessageBox::Cancel) << backdrop;
+    }
+
+    void change_background() {
+        QFETCH(bool, chooseFile);
+        QFETCH(int, answer);
+        QFETCH(QColor, behind);
+        QImage image(400, 300, QImage::Format_RGB32);
+        image.fill(backdrop);
+        session_->open({"backdrop"_q, "1"_q, pngOf(image), rig()});
+        const QString file = session_->path("back.png"_q);
+        image.fill(blue);
+        QVERIFY(image.save(file));
+        scripted_prompts prompts;
+        if (chooseFile)
+            prompts.files << QStringList{file};
+        prompts.answers << QMessageBox::StandardButton(answer);
+        session_->menu("&Picker"_q, "Change Background..."_q);
+        QCOMPARE(prompts.messages.size(), chooseFile ? 0 : 1);
+        check({{empty, behind}, {head, red}});
     }
 
     // Without a browser to open them, the links under the canvas show their page in the picker.
@@ -701,10 +732,10 @@ private slots:
 
     // A file cut short opens with what was whole, and says what was lost.
     void a_damaged_file_says_what_was_lost() {
-        picker_tab_record tab;
+        laid_tab tab;
         tab.title = "cut"_q;
         tab.buttons = rig();
-        const QByteArray whole = pickerFileBytes(tab);
+        const QByteArray whole = laid_file(tab);
         const QString path = session_->path("cut.pkr"_q);
         QVERIFY(writeBytes(path, whole.left(whole.size() - 12)));
         QString warning;
@@ -767,8 +798,9 @@ private slots:
     // A picker opened shows whole, never zoomed in past 1.
     void an_opened_picker_is_framed() {
         const QPoint far(1400, 1100);
-        session_->open({square("head"_q, far, red.rgb(), 40), square("neck"_q, neck, green.rgb())},
-                       "far"_q);
+        session_->open(
+            {button({"head"_q}, far, 40, red.rgb()), button({"neck"_q}, neck, 20, green.rgb())},
+            "far"_q);
         QVERIFY(session_->front()->zoom() <= 1.0);
         QVERIFY(session_->front()->rect().contains(session_->front()->mapToScreen(far)));
         check({{far, red}, {neck, green}});
@@ -777,12 +809,12 @@ private slots:
     // Reading a scene never marks it modified, and nothing the picker does for one scene is
     // written into the next.
     void scene_events_write_nothing() {
-        picker_tab_record tab;
+        laid_tab tab;
         tab.title = "backdrop"_q;
         QImage image(64, 64, QImage::Format_RGB32);
         image.fill(backdrop);
-        tab.backgroundKey = "7"_q;
-        tab.backgroundPng = pngOf(image);
+        tab.key = "7"_q;
+        tab.png = pngOf(image);
         tab.buttons = rig();
         session_->open(tab);
         picker_embedded_host& host = session_->host;

@@ -1,4 +1,5 @@
-#include "../core/picker_test_vectors.h"
+#include "../support/picker_test_kit.h"
+#include "../support/picker_test_vectors.h"
 #include "picker_background_key.h"
 #include "picker_embedded_host.h"
 #include "picker_file.h"
@@ -7,7 +8,6 @@
 #include "picker_prompt.h"
 #include "picker_view.h"
 #include "picker_window.h"
-#include "ui_test_support.h"
 
 #include <QDataStream>
 #include <QDir>
@@ -22,34 +22,9 @@
 
 using namespace picker_test_vectors;
 
+using namespace picker_test_kit;
+
 namespace {
-
-// Answers the window's questions from scripts, in order, and keeps what was asked. A question
-// nobody scripted an answer for is answered with NoButton or no file.
-class scripted_prompts {
-public:
-    scripted_prompts() {
-        picker_set_message_hook([this](const picker_message& message) {
-            messages.append(message);
-            return answers.isEmpty() ? QMessageBox::NoButton : answers.takeFirst();
-        });
-        picker_set_file_hook([this](const picker_file_question& question) {
-            questions.append(question);
-            return files.isEmpty() ? QStringList() : files.takeFirst();
-        });
-    }
-    ~scripted_prompts() {
-        picker_set_message_hook(picker_message_hook());
-        picker_set_file_hook(picker_file_hook());
-    }
-    scripted_prompts(const scripted_prompts&) = delete;
-    scripted_prompts& operator=(const scripted_prompts&) = delete;
-
-    QList<QMessageBox::StandardButton> answers;
-    QList<QStringList> files;
-    QList<picker_message> messages;
-    QList<picker_file_question> questions;
-};
 
 const QString left_hand = "hero:L_hand_ctrl"_q;
 const QString right_hand = "hero:R_hand_ctrl"_q;
@@ -69,56 +44,18 @@ QRgb pixel_of(const QPixmap& pixmap, int x = 1, int y = 1) {
     return pixmap.toImage().pixel(x, y);
 }
 
-// One tab laid out field by field as version 4 has it: title, key and, under a key, the image
-// marker and PNG file, then its buttons: one selection button per list of node names, at
-// (10 b, 20), size 8.
-struct laid_tab {
-    QString title;
-    QString key;
-    QByteArray png;
-    QList<QStringList> buttons;
-};
-
-void lay_tab_body(QDataStream& out, const laid_tab& tab) {
-    out << tab.title << tab.key;
-    if (!tab.key.isEmpty()) {
-        out << qint32(tab.png.isEmpty() ? 0 : 1);
-        out.writeRawData(tab.png.constData(), static_cast<int>(tab.png.size()));
-    }
-    out << qint32(tab.buttons.size());
-    for (int b = 0; b < tab.buttons.size(); ++b) {
-        out << qint32(b) << qint32(10 * b) << qint32(20) << qint32(8) << qint32(0) << qint32(0)
-            << quint32(0xFFB22222) << quint32(0xFF000000) << QString()
-            << qint32(tab.buttons.at(b).size());
-        for (const QString& name : tab.buttons.at(b))
-            out << name;
-    }
-}
-
-QByteArray laid_file(qint32 version, const laid_tab& tab) {
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out.setVersion(7);
-    out << version;
-    lay_tab_body(out, tab);
-    return bytes;
-}
-
-QByteArray laid_tabs(qint32 version, qint32 current, const QList<laid_tab>& tabs) {
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out << version << qint32(tabs.size()) << current;
-    for (int t = 0; t < tabs.size(); ++t) {
-        out << qint32(t);
-        lay_tab_body(out, tabs.at(t));
-    }
-    return bytes;
+// Selection buttons at (10 b, 20), size 8, one per list of node names.
+button_att_list named(const QList<QStringList>& buttons) {
+    button_att_list list;
+    for (const QStringList& names : buttons)
+        list << button(names, QPoint(10 * int(list.size()), 20), 8, 0xFFB22222);
+    return list;
 }
 
 const QString untitled = "Untitled"_q;
 
 laid_tab tab_titled(const QString& title) {
-    return {title, QString(), QByteArray(), {{root}}};
+    return {title, QString(), QByteArray(), named({{root}})};
 }
 
 QString run_open(const QStringList& paths) {
@@ -148,9 +85,9 @@ const QString image_entry = "TalvoraPickerImage_"_q;
 
 // Body: (both hands) and (root); Face: (left hand) over a green picture under key 2024.
 QByteArray rig_picker(qint32 current) {
-    return laid_tabs(4, current,
-                     {{"Body"_q, QString(), QByteArray(), {{left_hand, right_hand}, {root}}},
-                      {"Face"_q, "2024"_q, png_of(Qt::green, 8), {{left_hand}}}});
+    return laid_tabs({{"Body"_q, QString(), QByteArray(), named({{left_hand, right_hand}, {root}})},
+                      {"Face"_q, "2024"_q, png_of(Qt::green, 8), named({{left_hand}})}},
+                     current);
 }
 
 } // namespace
@@ -240,9 +177,9 @@ private slots:
 
         const QStringList paths{dir_->filePath("a.pkr"_q), dir_->filePath("b.pkr"_q),
                                 dir_->filePath("c.pkr"_q)};
-        QVERIFY(writeBytes(paths.at(0), laid_file(4, tab_titled("A"_q))));
+        QVERIFY(writeBytes(paths.at(0), laid_file(tab_titled("A"_q))));
         QVERIFY(second.isNull() || writeBytes(paths.at(1), second));
-        QVERIFY(writeBytes(paths.at(2), laid_file(4, tab_titled("C"_q))));
+        QVERIFY(writeBytes(paths.at(2), laid_file(tab_titled("C"_q))));
         scripted_prompts prompts;
         prompts.answers.append(static_cast<QMessageBox::StandardButton>(answer));
 
@@ -274,7 +211,7 @@ private slots:
         const QString path = dir_->filePath("body.pkr"_q);
         prompts.files.append(QStringList{path});
         const QStringList names{left_hand, root};
-        QVERIFY(restore(laid_tabs(4, 0, {{untitled, QString(), QByteArray(), {names}}})));
+        QVERIFY(restore(laid_tabs({{untitled, QString(), QByteArray(), named({names})}})));
         QAction* save = entry_of(*window(), 0, "Save"_q);
 
         save->trigger();
@@ -284,21 +221,21 @@ private slots:
         QCOMPARE(prompts.questions.size(), 1);
         QCOMPARE(prompts.questions.first().title, "Save Tab:"_q);
         QCOMPARE(view(0)->tab()->path(), path);
-        QCOMPARE(readBytes(path), laid_file(4, {untitled, QString(), QByteArray(), {names}}));
+        QCOMPARE(readBytes(path), laid_file({untitled, QString(), QByteArray(), named({names})}));
 
         // Known by name now: saved again without asking.
         tabs()->setTabText(0, "Body"_q);
         save->trigger();
         host_->processIdle();
         QCOMPARE(prompts.questions.size(), 1);
-        QCOMPARE(readBytes(path), laid_file(4, {"Body"_q, QString(), QByteArray(), {names}}));
+        QCOMPARE(readBytes(path), laid_file({"Body"_q, QString(), QByteArray(), named({names})}));
         QVERIFY(prompts.messages.isEmpty());
     }
 
     // A background of noise makes the new file far larger than the disk lets through.
     void failed_save_as_keeps_the_old_file() {
         const QString path = dir_->filePath("old.pkr"_q);
-        const QByteArray oldBytes = laid_file(4, tab_titled("Old"_q));
+        const QByteArray oldBytes = laid_file(tab_titled("Old"_q));
         QVERIFY(writeBytes(path, oldBytes));
         QVERIFY(host_->executeCommand(run_open({path})));
         view(1)->tab()->setBackground("77"_q, QPixmap::fromImage(QImage::fromData(noisePng(128))));
@@ -340,7 +277,7 @@ private slots:
         QList<laid_tab> tabs;
         for (const QString& key : keys)
             tabs.append({"T%1"_q.arg(tabs.size()), key, png_of(Qt::green), {}});
-        QVERIFY(restore(laid_tabs(4, 0, tabs)));
+        QVERIFY(restore(laid_tabs(tabs)));
         storeImages();
         const QString entry = "TalvoraPickerImage_"_q + keys.at(closed);
         QVERIFY(host_->hasFileInfo(entry));
@@ -374,7 +311,7 @@ private slots:
         scripted_prompts prompts;
         prompts.answers.append(QMessageBox::Ok);
 
-        QVERIFY(restore(laid_tabs(version, current, {tab_titled("A"_q), tab_titled("B"_q)})));
+        QVERIFY(restore(laid_tabs({tab_titled("A"_q), tab_titled("B"_q)}, current, version)));
 
         QCOMPARE(tab_titles(*window()), titles);
         QCOMPARE(tabs()->currentIndex(), 0);
@@ -395,36 +332,6 @@ private slots:
         QVERIFY(host_->isModified());
     }
 
-    void image_entries_follow_the_key() {
-        picker_view* front = view(0);
-        picker_window* shell = window();
-        QPixmap red(3, 3);
-        red.fill(Qt::red);
-        front->tab()->setBackground(QString(), red);
-        host_->processIdle();
-        shell->setImageData(front->tab());
-        shell->removeImageData(front->tab());
-        shell->fetchImageData(front->tab());
-        shell->fetchFrontImageData();
-        QCOMPARE(host_->pendingMel(), QStringList());
-
-        // Stored, then fetched back as a scene open does.
-        front->tab()->setBackground("4711"_q, red);
-        shell->setImageData(front->tab());
-        shell->fetchFrontImageData();
-        QCOMPARE(host_->pendingMel().last(), "TalvoraPicker fetch_image `fileInfo -q "
-                                             "\"TalvoraPickerImage_4711\"`;"_q);
-        host_->processIdle();
-        // The entry: a marker and the PNG file, in base64.
-        const QByteArray value = QByteArray::fromBase64(
-            host_->fileInfo(image_entry + front->tab()->backgroundKey()).toLatin1());
-        QCOMPARE(value.left(4), QByteArray::fromHex("00000001"));
-        QImage image;
-        QVERIFY(image.loadFromData(value.mid(4), "PNG"));
-        QCOMPARE(QColor(image.pixel(2, 2)), QColor(Qt::red));
-        QCOMPARE(host_->scriptLog(), QStringList());
-    }
-
     // The directive decodes as many characters as the key has: only a key as long as the image
     // text brings it whole.
     void views_sharing_a_key_both_receive_the_image() {
@@ -432,7 +339,7 @@ private slots:
         const QString shared(blueText.size() + 8, QLatin1Char('7'));
         const QByteArray red = png_of(Qt::red);
         QVERIFY(restore(laid_tabs(
-            4, 0, {{"A"_q, shared, red, {}}, {"B"_q, "5"_q, red, {}}, {"C"_q, shared, red, {}}})));
+            {{"A"_q, shared, red, {}}, {"B"_q, "5"_q, red, {}}, {"C"_q, shared, red, {}}})));
 
         QVERIFY(host_->executeCommand("TalvoraPicker fetch_image %1 %2"_q.arg(
             picker_mel_quote(shared), picker_mel_quote(blueText))));
@@ -466,40 +373,6 @@ private slots:
         QVERIFY(host_->scriptLog().isEmpty());
     }
 
-    void host_selection_lights_every_tab() {
-        QVERIFY(restore(rig_picker(0)));
-        QAction* add = entry_of(*window(), 2, "Add One Button"_q);
-        QVERIFY(host_->setSelection({root}));
-        QVERIFY(host_->setSelection({left_hand}));
-        QCOMPARE(window()->selection(), host_->selection());
-        QCOMPARE(lit_states(view(0)), (QList<qint16>{2, 0}));
-        QCOMPARE(lit_states(view(1)), QList<qint16>{1});
-        QVERIFY(add->isEnabled());
-
-        QVERIFY(host_->setSelection({}));
-        QCOMPARE(lit_states(view(0)), (QList<qint16>{0, 0}));
-        QCOMPARE(lit_states(view(1)), QList<qint16>{0});
-        QVERIFY(!add->isEnabled());
-        QCOMPARE(host_->pendingIdleCount(), 0);
-    }
-
-    // What a click does: clear everything, light the button under the pointer, post.
-    void posted_selection_runs_once_without_echo() {
-        QVERIFY(restore(rig_picker(0)));
-        QVERIFY(host_->setSelection({left_hand}));
-        window()->clearAllSelected();
-        view(0)->tab()->select(1, true);
-        QVERIFY(window()->postSelection());
-        QCOMPARE(host_->pendingMel(), QStringList{"TalvoraPicker select \"hero:root_ctrl\""_q});
-        QCOMPARE(host_->selection(), QStringList{left_hand});
-
-        host_->processIdle();
-
-        QCOMPARE(host_->selection(), QStringList{root});
-        QCOMPARE(host_->pendingIdleCount(), 0);
-        QCOMPARE(lit_states(view(0)), (QList<qint16>{0, 1}));
-    }
-
     void hostile_text_runs_nothing_data() {
         QTest::addColumn<QString>("text");
         // Each starts with a real node, so a reader fooled into ending it early would select
@@ -514,8 +387,8 @@ private slots:
     void hostile_text_runs_nothing() {
         QFETCH(QString, text);
         const QString path = dir_->filePath("trap.pkr"_q);
-        QVERIFY(writeBytes(path, laid_file(4, {"File"_q, text, png_of(Qt::red), {{root}}})));
-        QVERIFY(restore(laid_tabs(4, 0, {{"Scene"_q, text, png_of(Qt::red), {{text}}}})));
+        QVERIFY(writeBytes(path, laid_file({"File"_q, text, png_of(Qt::red), named({{root}})})));
+        QVERIFY(restore(laid_tabs({{"Scene"_q, text, png_of(Qt::red), named({{text}})}})));
         QVERIFY(host_->executeCommand("TalvoraPicker open %1"_q.arg(picker_mel_quote(path))));
         storeImages();
         writeScene();
@@ -562,7 +435,7 @@ private slots:
         QFETCH(int, cut);
         QFETCH(QStringList, titles);
         QFETCH(QString, error);
-        QVERIFY(restore(laid_tabs(4, 0, {{"Old"_q, QString(), QByteArray(), {}}})));
+        QVERIFY(restore(laid_tabs({{"Old"_q, QString(), QByteArray(), {}}})));
         host_->clearScriptLog();
 
         restore(rig_picker(0).left(cut));

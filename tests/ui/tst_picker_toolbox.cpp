@@ -1,8 +1,8 @@
+#include "../support/picker_test_kit.h"
 #include "picker_colorMenu.h"
 #include "picker_toolbox.h"
 #include "picker_view.h"
 #include "picker_window.h"
-#include "ui_test_support.h"
 
 #include <QCursor>
 #include <QLineEdit>
@@ -10,6 +10,8 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+
+using namespace picker_test_kit;
 
 namespace {
 
