@@ -350,29 +350,6 @@ private slots:
         QCOMPARE(pixel_of(view(2)->tab()->background()), blue);
     }
 
-    void scene_open_brings_the_pickers_back() {
-        QVERIFY(restore(rig_picker(1)));
-        storeImages();
-        writeScene();
-        const QMap<QString, QString> saved = host_->fileInfoEntries();
-        QVERIFY(saved.contains(image_entry + "2024"_q));
-
-        host_->newScene();
-        QCOMPARE(tab_titles(*window()), QStringList{"Untitled"_q});
-        host_->openScene(nodes(), saved);
-        QVERIFY(host_->setSelection({left_hand}));
-        host_->processIdle();
-
-        QCOMPARE(tab_titles(*window()), (QStringList{"Body"_q, "Face"_q}));
-        QCOMPARE(tabs()->currentIndex(), 1);
-        QCOMPARE(lit_states(view(0)), (QList<qint16>{2, 0}));
-        QCOMPARE(lit_states(view(1)), QList<qint16>{1});
-        QCOMPARE(view(1)->tab()->backgroundKey(), "2024"_q);
-        QCOMPARE(view(1)->tab()->background().size(), QSize(8, 8));
-        QCOMPARE(QColor(pixel_of(view(1)->tab()->background(), 7, 0)), QColor(Qt::green));
-        QVERIFY(host_->scriptLog().isEmpty());
-    }
-
     void hostile_text_runs_nothing_data() {
         QTest::addColumn<QString>("text");
         // Each starts with a real node, so a reader fooled into ending it early would select
