@@ -15,7 +15,6 @@
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 #include <memory>
 
@@ -25,25 +24,18 @@ using namespace picker_test_vectors;
 // scenes spelled out field by field.
 namespace {
 
-// A short ASCII QString as the stream writes it: byte length, then UTF-16BE.
-QByteArray utf16(const char* ascii) {
-    QByteArray bytes = hex("00000000");
-    bytes[3] = char(qstrlen(ascii) * 2);
-    for (const char* c = ascii; *c; ++c)
-        bytes.append('\0').append(*c);
-    return bytes;
-}
-
-// Version 4, title "Rig", empty key: selection button "Body" at (5, 6) size 10 in 0xFFB22222
-// with three names, then MEL command button "Hand" at (30, 6) holding the script.
+// Title "Rig", no key: selection button "Body" at (5, 6) size 10 in 0xFFB22222 with three
+// names, then MEL command button "Hand" at (30, 6) holding the script.
 QByteArray fileWithNames(const char* arm, const char* other, const char* leg, const char* script) {
-    return hex("00000004 00000006 005200690067 00000000 00000002"
-               "00000000 00000005 00000006 0000000a 00000000 00000000 ffb22222 ff000000"
-               "00000008 0042006f00640079 00000003") +
-           utf16(arm) + utf16(other) + utf16(leg) +
-           hex("00000001 0000001e 00000006 0000000a 00000001 00000000 ff505050 ffffffff"
-               "00000008 00480061006e0064 00000001") +
-           utf16(script);
+    buttonAttributes body =
+        button({QString::fromUtf8(arm), QString::fromUtf8(other), QString::fromUtf8(leg)}, {5, 6},
+               10, 0xFFB22222);
+    body.label = "Body"_q;
+    buttonAttributes hand =
+        button({QString::fromUtf8(script)}, {30, 6}, 10, 0xFF505050, buttonAttributes::Command);
+    hand.label = "Hand"_q;
+    hand.tcolor = 0xFFFFFFFF;
+    return laid_file({"Rig"_q, QString(), QByteArray(), {body, hand}});
 }
 
 struct run_result {
@@ -78,17 +70,10 @@ QByteArray picker(const QByteArray& buttons) {
 
 // Tab stream, format 4: empty tabs with the given titles, the first current.
 QByteArray tabsTitled(const QStringList& titles) {
-    QByteArray bytes = hex("00000004") + QByteArray(4, '\0') + hex("00000000");
-    qToBigEndian<qint32>(qint32(titles.size()), bytes.data() + 4);
-    for (int i = 0; i < titles.size(); ++i) {
-        QByteArray tab(8, '\0');
-        qToBigEndian<qint32>(i, tab.data());
-        qToBigEndian<qint32>(qint32(titles.at(i).size() * 2), tab.data() + 4);
-        for (const QChar c : titles.at(i))
-            tab += char(c.unicode() >> 8) + QByteArray(1, char(c.unicode() & 0xff));
-        bytes += tab + hex("ffffffff 00000000");
-    }
-    return bytes;
+    QList<laid_tab> tabs;
+    for (const QString& title : titles)
+        tabs << laid_tab{title, QString(), QByteArray(), {}};
+    return laid_tabs(tabs);
 }
 
 // A scene storing the tab stream as the window stores it.
@@ -190,6 +175,9 @@ private slots:
         // The second button has no name: the path points at it.
         QTest::newRow("no names") << picker(button(black, "[\"n\"]") + ", " + button(black, "[]"))
                                   << "buttons[1].sel: a button needs at least one name or a script";
+        QTest::newRow("colour")
+            << picker(button("\"color\": \"red\", \"tcolor\": \"#FF000000\"", "[\"n\"]"))
+            << "buttons[0].color: expected a colour \"#AARRGGBB\" or \"#RRGGBB\"";
         QTest::newRow("a command button's label colour")
             << picker("{\"pos\": [1, 2], \"size\": 3, \"type\": \"command\", \"color\": "
                       "\"#FF000000\", "
@@ -200,8 +188,13 @@ private slots:
     void badDescriptionSaysWhere() {
         QFETCH(QByteArray, json);
         QFETCH(QString, error);
-        picker_tab_record tab;
-        QCOMPARE(pickerFromJsonText(json, tab), error);
+        write("desc.json", json);
+        write("out.pkr", tinyPng());
+        const run_result result = run("build desc.json -o out.pkr"_q);
+        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(QString::fromUtf8(result.err),
+                 "pkrtool: 'desc.json' is not a picker description: %1\n"_q.arg(error));
+        QCOMPARE(read("out.pkr"), tinyPng());
     }
 
     void pngLayout_data() {
@@ -309,10 +302,6 @@ private slots:
                                       "middle of button 1";
         QTest::newRow("JSON is not a picker file")
             << "info desc.json" << 1 << "'desc.json' is not a picker file";
-        QTest::newRow("bad description, output kept")
-            << "build desc.json -o out.pkr" << 1
-            << "'desc.json' is not a picker description: buttons[0].color: expected a colour "
-               "\"#AARRGGBB\" or \"#RRGGBB\"";
         QTest::newRow("unknown option") << "dump -x a.pkr" << 2 << "unexpected argument '-x'";
         QTest::newRow("unknown command") << "frob a.pkr" << 2 << "unknown command 'frob'";
         QTest::newRow("dump over its input")
