@@ -228,6 +228,11 @@ private slots:
         // The neck spans 50 to 69.
         QTest::newRow("equal twice grows")
             << QVector<int>{Qt::Key_Equal, Qt::Key_Equal} << probes{{{49, 100}, lit}};
+        // Two steps: undo leaves the scene modified, so only the stack's index says redo is there.
+        QTest::newRow("left arrow, grow, undo, redo")
+            << QVector<int>{Qt::Key_Left, Qt::Key_Equal, Qt::Key_Equal, ctrl | Qt::Key_Z,
+                            ctrl | Qt::Key_Z | Qt::SHIFT}
+            << probes{{{48, 100}, lit}, {{70, 100}, canvas}};
         QTest::newRow("left arrow moves")
             << QVector<int>{Qt::Key_Left} << probes{{{69, 100}, canvas}, {{49, 100}, lit}};
     }
