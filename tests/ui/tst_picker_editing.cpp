@@ -733,6 +733,14 @@ private slots:
         // Nothing would change: no step.
         session_->choose(at, "Update Button"_q);
         QCOMPARE(session_->front()->tab()->undoer()->count(), 2);
+        // It lights by its new names only.
+        check({{at, lit}});
+        QVERIFY(session_->host.executeCommand("select -r \"neck\""_q));
+        session_->settle();
+        check({{at, partly_lit}});
+        QVERIFY(session_->host.executeCommand("select -r \"head\""_q));
+        session_->settle();
+        QVERIFY(session_->pixel(at) != lit && session_->pixel(at) != partly_lit);
     }
 
     // A file cut short opens with what was whole, and says what was lost.

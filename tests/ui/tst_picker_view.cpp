@@ -6,7 +6,6 @@
 
 #include <QApplication>
 #include <QPainter>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWheelEvent>
@@ -42,19 +41,6 @@ bool holds(const QImage& image, const QRect& area, QRgb colour) {
         }
     }
     return false;
-}
-
-// The lighting rule read literally: every name of every button searched for in the list.
-void plain_conform(button_list& buttons, const QStringList& names) {
-    for (buttonRecord& button : buttons) {
-        button.which.resize(button.att.sel.size());
-        int hits = 0;
-        for (int i = 0; i < button.att.sel.size(); ++i) {
-            button.which[i] = names.contains(button.att.sel.at(i)) ? 1 : 0;
-            hits += button.which[i];
-        }
-        button.selected = hits == button.att.sel.size() ? 1 : hits < 1 ? 0 : 2;
-    }
 }
 
 } // namespace
@@ -94,43 +80,6 @@ private slots:
         QCOMPARE(button.which, which);
         QCOMPARE(tab.any_selected(), lit != 0);
         QVERIFY(tab.mirror()->names().isEmpty());
-    }
-
-    // Buttons lit once keep their looked-up names; renamed in place or replaced, they must light
-    // by the new ones.
-    void hashed_conform_matches_the_plain_rule() {
-        QRandomGenerator random(42);
-        const auto name = [&random]() { return QStringLiteral("n%1").arg(random.bounded(40)); };
-        const auto names = [&](int most) {
-            QStringList list;
-            for (int n = static_cast<int>(random.bounded(most)); n > 0; --n)
-                list << name();
-            return list;
-        };
-        for (int round = 0; round < 50; ++round) {
-            picker_tab tab;
-            for (int b = 0; b < 30; ++b)
-                tab.insertButton(button(names(4), QPoint(40, 30), 10), -1);
-            for (int pass = 0; pass < 2; ++pass) {
-                const QStringList selected = names(30);
-                button_list expected = tab.buttons();
-                plain_conform(expected, selected);
-                tab.conform_to_set(button_set::fromStringList(selected));
-                for (int b = 0; b < expected.size(); ++b) {
-                    QCOMPARE(tab.buttons().at(b).selected, expected.at(b).selected);
-                    QCOMPARE(tab.buttons().at(b).which, expected.at(b).which);
-                }
-                QVERIFY(!tab.conform_to_set(name_lookup(selected.cbegin(), selected.cend())));
-                for (int b = 0; b < 30; b += 3) {
-                    tab.editButtons({b}, [&](buttonAttributes& att, int) {
-                        if (b % 2 == 0 && !att.sel.isEmpty())
-                            att.sel[0] = name();
-                        else
-                            att.sel = names(4);
-                    });
-                }
-            }
-        }
     }
 
     // A 400 x 400 view of two buttons spanning 100 x 50 picker units, centred on (49, 24).
