@@ -86,8 +86,8 @@ private slots:
                                mel("# \"hide:b\"\r'c:d'")}
             << none << list({"c"}) << true << list({""}) << list({"c"})
             << rows({{"cmds.select('x') # 'hide:a'"}, {"# \"hide:b\"\r'c:d'"}});
-        QTest::newRow("char1 finds shot3:char1")
-            << button_att_list{names({"char1:arm"})} << list({"shot3", "shot3:char1"})
+        QTest::newRow("char1 finds shot3:char1, not xchar1")
+            << button_att_list{names({"char1:arm"})} << list({"xchar1", "shot3", "shot3:char1"})
             << list({"char1"}) << true << list({"shot3:char1"}) << none
             << rows({{"shot3:char1:arm"}});
         QTest::newRow("empty target maps to the root")

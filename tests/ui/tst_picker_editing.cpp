@@ -543,8 +543,15 @@ private slots:
         QTest::mouseRelease(window, Qt::RightButton, Qt::AltModifier, press + move);
         session_->settle();
         QCOMPARE(view->zoom(), zoom);
-        // The arm stays under the press.
+        // The arm stays under the press, and its first blue pixel from the left picks it.
         QCOMPARE(session_->pixel(arm), blue);
+        const QImage shown = session_->dock()->grab().toImage();
+        QPoint edge = session_->at(arm);
+        while (shown.pixelColor(edge - QPoint(1, 0)) == blue)
+            edge -= QPoint(1, 0);
+        QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier, edge);
+        session_->settle();
+        QCOMPARE(session_->host.selection(), words("L_arm"));
     }
 
     // Change Background asks for one image; cancelled, it asks whether to remove the current one,
