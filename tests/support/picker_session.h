@@ -213,11 +213,13 @@ public:
     }
 
     // The tabs the scene holds now.
+    QByteArray storedBytes() const {
+        return qUncompress(
+            QByteArray::fromBase64(host.fileInfo(QLatin1String(picker_scene_data_key)).toLatin1()));
+    }
     picker_tab_set stored() const {
         picker_tab_set set;
-        const QByteArray data = qUncompress(
-            QByteArray::fromBase64(host.fileInfo(QLatin1String(picker_scene_data_key)).toLatin1()));
-        QDataStream stream(data);
+        QDataStream stream(storedBytes());
         readTabStream(stream, set);
         return set;
     }

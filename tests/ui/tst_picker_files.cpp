@@ -1,26 +1,14 @@
-#include "../support/picker_test_kit.h"
-#include "../support/picker_test_vectors.h"
+#include "../support/picker_session.h"
 #include "picker_background_key.h"
-#include "picker_embedded_host.h"
-#include "picker_file.h"
-#include "picker_main.h"
 #include "picker_mel_quote.h"
-#include "picker_prompt.h"
-#include "picker_view.h"
-#include "picker_window.h"
 
 #include <QDataStream>
 #include <QDir>
 #include <QImage>
-#include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 #include <memory>
 #include <sys/resource.h>
-
-using namespace picker_test_vectors;
 
 using namespace picker_test_kit;
 
@@ -98,64 +86,40 @@ QByteArray rig_picker(qint32 current) {
 class tst_picker_files : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<picker_embedded_host> host_;
-    std::unique_ptr<QTemporaryDir> dir_;
+    std::unique_ptr<picker_session> session_;
 
     picker_window* window() const { return dynamic_cast<picker_window*>(picker_main::window()); }
     QTabWidget* tabs() const { return window()->findChild<QTabWidget*>(); }
     picker_view* view(int index) const { return qobject_cast<picker_view*>(tabs()->widget(index)); }
     // Hands the tab stream to the picker as a scene's stored data is handed over.
     bool restore(const QByteArray& tabStream) {
-        const host_status status = host_->executeCommand("TalvoraPicker restore \"%1\""_q.arg(
-            QString::fromLatin1(qCompress(tabStream, 9).toBase64())));
-        host_->processIdle();
+        const host_status status =
+            session_->host.executeCommand("TalvoraPicker restore \"%1\""_q.arg(
+                QString::fromLatin1(qCompress(tabStream, 9).toBase64())));
+        session_->host.processIdle();
         return status.ok();
-    }
-    // The tab stream stored in the scene, raw and decoded.
-    QByteArray storedTabs() const {
-        return qUncompress(
-            QByteArray::fromBase64(host_->fileInfo("TalvoraPickerData"_q).toLatin1()));
-    }
-    picker_tab_set storedSet() const {
-        picker_tab_set set;
-        QDataStream in(storedTabs());
-        return readTabStream(in, set).ok() ? set : picker_tab_set{-1, -1, {}};
     }
     // The images of the tabs as the picker stored them in the scene when each entered it;
     // restoring a scene reads them and writes nothing.
     void storeImages() {
         for (int i = 0; i < tab_titles(*window()).size(); ++i)
             window()->setImageData(view(i)->tab());
-        host_->processIdle();
+        session_->host.processIdle();
     }
     // Queues the change's scene write, runs it and everything it queued.
     void writeScene() {
         window()->updateSceneData();
         window()->flushSceneData();
-        host_->processIdle();
+        session_->host.processIdle();
     }
 
 private slots:
-    void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
-    }
+    void initTestCase() { isolate_settings(); }
     void init() {
-        dir_ = std::make_unique<QTemporaryDir>();
-        QVERIFY(dir_->isValid());
-        host_ = std::make_unique<picker_embedded_host>();
-        QVERIFY(picker_main::initialize(*host_, &picker_window::create));
-        host_->openScene(nodes(), {});
-        QVERIFY(host_->executeCommand("TalvoraPicker"_q));
-        host_->processIdle();
-        QVERIFY(window());
+        session_ = std::make_unique<picker_session>(nodes());
+        QVERIFY(session_->isUp());
     }
-    void cleanup() {
-        host_->quit();
-        picker_main::uninitialize();
-        host_.reset();
-        dir_.reset();
-    }
+    void cleanup() { session_.reset(); }
 
     // A, a broken second file (absent: null), C; the answer to the one message decides on C.
     void open_three_with_the_second_broken_data() {
@@ -175,8 +139,8 @@ private slots:
         QFETCH(int, answer);
         QFETCH(QStringList, titles);
 
-        const QStringList paths{dir_->filePath("a.pkr"_q), dir_->filePath("b.pkr"_q),
-                                dir_->filePath("c.pkr"_q)};
+        const QStringList paths{session_->path("a.pkr"_q), session_->path("b.pkr"_q),
+                                session_->path("c.pkr"_q)};
         QVERIFY(writeBytes(paths.at(0), laid_file(tab_titled("A"_q))));
         QVERIFY(second.isNull() || writeBytes(paths.at(1), second));
         QVERIFY(writeBytes(paths.at(2), laid_file(tab_titled("C"_q))));
@@ -184,7 +148,7 @@ private slots:
         prompts.answers.append(static_cast<QMessageBox::StandardButton>(answer));
 
         // Not every file opened: the command fails, so that a script stops there.
-        QVERIFY(!host_->executeCommand(run_open(paths)));
+        QVERIFY(!session_->host.executeCommand(run_open(paths)));
 
         QCOMPARE(tab_titles(*window()), titles);
         QCOMPARE(prompts.messages.size(), 1);
@@ -200,23 +164,24 @@ private slots:
         QCOMPARE(tabs()->currentIndex(), last);
         QCOMPARE(view(last)->tab()->path(), paths.at(last == 1 ? 0 : 2));
         // Each opened tab asks for its namespaces to be bound to the scene's.
-        QCOMPARE(host_->pendingMel().count("TalvoraPicker \"bind\" `picker_ListNamespaces`;"_q),
-                 last);
+        QCOMPARE(
+            session_->host.pendingMel().count("TalvoraPicker \"bind\" `picker_ListNamespaces`;"_q),
+            last);
         writeScene();
-        QCOMPARE(storedSet().tabs.size(), titles.size());
+        QCOMPARE(session_->stored().tabs.size(), titles.size());
     }
 
     void untitled_save_asks_for_a_name_once() {
         scripted_prompts prompts;
-        const QString path = dir_->filePath("body.pkr"_q);
+        const QString path = session_->path("body.pkr"_q);
         prompts.files.append(QStringList{path});
         const QStringList names{left_hand, root};
         QVERIFY(restore(laid_tabs({{untitled, QString(), QByteArray(), named({names})}})));
         QAction* save = entry_of(*window(), 0, "Save"_q);
 
         save->trigger();
-        QCOMPARE(host_->pendingMel(), QStringList{"TalvoraPicker(\"save\");"_q});
-        host_->processIdle();
+        QCOMPARE(session_->host.pendingMel(), QStringList{"TalvoraPicker(\"save\");"_q});
+        session_->host.processIdle();
 
         QCOMPARE(prompts.questions.size(), 1);
         QCOMPARE(prompts.questions.first().title, "Save Tab:"_q);
@@ -226,7 +191,7 @@ private slots:
         // Known by name now: saved again without asking.
         tabs()->setTabText(0, "Body"_q);
         save->trigger();
-        host_->processIdle();
+        session_->host.processIdle();
         QCOMPARE(prompts.questions.size(), 1);
         QCOMPARE(readBytes(path), laid_file({"Body"_q, QString(), QByteArray(), named({names})}));
         QVERIFY(prompts.messages.isEmpty());
@@ -234,17 +199,17 @@ private slots:
 
     // A background of noise makes the new file far larger than the disk lets through.
     void failed_save_as_keeps_the_old_file() {
-        const QString path = dir_->filePath("old.pkr"_q);
+        const QString path = session_->path("old.pkr"_q);
         const QByteArray oldBytes = laid_file(tab_titled("Old"_q));
         QVERIFY(writeBytes(path, oldBytes));
-        QVERIFY(host_->executeCommand(run_open({path})));
+        QVERIFY(session_->host.executeCommand(run_open({path})));
         view(1)->tab()->setBackground("77"_q, QPixmap::fromImage(QImage::fromData(noisePng(128))));
         scripted_prompts prompts;
         prompts.files.append(QStringList{path});
         prompts.answers.append(QMessageBox::Ok);
         {
             const file_size_limit limit(oldBytes.size() + 4096);
-            QVERIFY(!host_->executeCommand("TalvoraPicker saveas"_q));
+            QVERIFY(!session_->host.executeCommand("TalvoraPicker saveas"_q));
         }
 
         QCOMPARE(prompts.questions.size(), 1);
@@ -280,17 +245,17 @@ private slots:
         QVERIFY(restore(laid_tabs(tabs)));
         storeImages();
         const QString entry = "TalvoraPickerImage_"_q + keys.at(closed);
-        QVERIFY(host_->hasFileInfo(entry));
+        QVERIFY(session_->host.hasFileInfo(entry));
         scripted_prompts prompts;
         prompts.answers.append(QMessageBox::Ok);
 
         window()->close_one(closed);
         window()->flushSceneData();
-        host_->processIdle();
+        session_->host.processIdle();
 
         QCOMPARE(prompts.messages.size(), 1);
-        QCOMPARE(host_->hasFileInfo(entry), kept);
-        QCOMPARE(storedSet().tabs.size(), keys.size() - 1);
+        QCOMPARE(session_->host.hasFileInfo(entry), kept);
+        QCOMPARE(session_->stored().tabs.size(), keys.size() - 1);
     }
 
     // A newer stream warns and keeps the tabs shown; a current tab out of range is the first.
@@ -324,12 +289,11 @@ private slots:
     }
 
     void picker_without_tabs_still_writes_an_entry() {
-        window()->close_tab(0);
-        QVERIFY(!host_->isModified());
+        session_->key(Qt::Key_W, Qt::ControlModifier);
         writeScene();
 
-        QCOMPARE(storedTabs(), hex("00000004 00000000 ffffffff"));
-        QVERIFY(host_->isModified());
+        QCOMPARE(session_->storedBytes(), hex("00000004 00000000 ffffffff"));
+        QVERIFY(session_->host.isModified());
     }
 
     // The directive decodes as many characters as the key has: only a key as long as the image
@@ -341,7 +305,7 @@ private slots:
         QVERIFY(restore(laid_tabs(
             {{"A"_q, shared, red, {}}, {"B"_q, "5"_q, red, {}}, {"C"_q, shared, red, {}}})));
 
-        QVERIFY(host_->executeCommand("TalvoraPicker fetch_image %1 %2"_q.arg(
+        QVERIFY(session_->host.executeCommand("TalvoraPicker fetch_image %1 %2"_q.arg(
             picker_mel_quote(shared), picker_mel_quote(blueText))));
 
         const QRgb blue = QColor(Qt::blue).rgb();
@@ -363,33 +327,34 @@ private slots:
     // As a background key, from the scene or a file, or as a node name of a button.
     void hostile_text_runs_nothing() {
         QFETCH(QString, text);
-        const QString path = dir_->filePath("trap.pkr"_q);
+        const QString path = session_->path("trap.pkr"_q);
         QVERIFY(writeBytes(path, laid_file({"File"_q, text, png_of(Qt::red), named({{root}})})));
         QVERIFY(restore(laid_tabs({{"Scene"_q, text, png_of(Qt::red), named({{text}})}})));
-        QVERIFY(host_->executeCommand("TalvoraPicker open %1"_q.arg(picker_mel_quote(path))));
+        QVERIFY(
+            session_->host.executeCommand("TalvoraPicker open %1"_q.arg(picker_mel_quote(path))));
         storeImages();
         writeScene();
         // Replaced before it reaches any MEL, by the key the image itself gives.
         for (int i = 0; i < 2; ++i)
             QCOMPARE(view(i)->tab()->backgroundKey(), backgroundKeyOf(png_of(Qt::red)));
-        QVERIFY(host_->hasFileInfo(image_entry + view(0)->tab()->backgroundKey()));
+        QVERIFY(session_->host.hasFileInfo(image_entry + view(0)->tab()->backgroundKey()));
 
         // A key set some other way is still only ever a quoted string.
         picker_view* keyed = view(1);
         keyed->tab()->setBackground(text, keyed->tab()->background());
         window()->setImageData(keyed->tab());
         window()->fetchImageData(keyed->tab());
-        host_->processIdle();
-        QVERIFY(host_->hasFileInfo(image_entry + text));
+        session_->host.processIdle();
+        QVERIFY(session_->host.hasFileInfo(image_entry + text));
         window()->removeImageData(keyed->tab());
         window()->clearAllSelected();
         view(0)->tab()->select(0, true);
         QVERIFY(window()->postSelection());
-        host_->processIdle();
+        session_->host.processIdle();
 
-        QVERIFY(!host_->hasFileInfo(image_entry + text));
-        QVERIFY(host_->selection().isEmpty());
-        QCOMPARE(host_->scriptLog(), QStringList());
+        QVERIFY(!session_->host.hasFileInfo(image_entry + text));
+        QVERIFY(session_->host.selection().isEmpty());
+        QCOMPARE(session_->host.scriptLog(), QStringList());
     }
 
     void damaged_scene_data_keeps_the_whole_tabs_data() {
@@ -413,11 +378,11 @@ private slots:
         QFETCH(QStringList, titles);
         QFETCH(QString, error);
         QVERIFY(restore(laid_tabs({{"Old"_q, QString(), QByteArray(), {}}})));
-        host_->clearScriptLog();
+        session_->host.clearScriptLog();
 
         restore(rig_picker(0).left(cut));
 
-        QCOMPARE(host_->scriptLog(), QStringList{error});
+        QCOMPARE(session_->host.scriptLog(), QStringList{error});
         QCOMPARE(tab_titles(*window()), titles);
     }
 };
