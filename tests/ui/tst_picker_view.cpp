@@ -287,10 +287,11 @@ private slots:
                                     << QList<QColor>{grey, canvas, canvas, canvas, canvas};
         QTest::newRow("circle recoloured") << ab << circle << "recolour" << QList<QPoint>{{50, 50}}
                                            << QList<QColor>{QColor(30, 30, 200)};
-        // Lightened, and outlined in white: the half-pixel outline blends into the left edge.
+        // Lightened, and outlined in white: the half-pixel outline runs inside the left edge, and
+        // nothing of it spills onto the canvas.
         QTest::newRow("command lit")
-            << ab << command << "light" << QList<QPoint>{{50, 50}, {45, 50}}
-            << QList<QColor>{QColor(red.lighter(150).rgb()), QColor(255, 126, 126)};
+            << ab << command << "light" << QList<QPoint>{{50, 50}, {45, 50}, {44, 50}}
+            << QList<QColor>{QColor(red.lighter(150).rgb()), QColor(255, 148, 148), canvas};
         // Inside the grown shape, outside the first one.
         QTest::newRow("circle grown")
             << ab << circle << "grown" << QList<QPoint>{{37, 50}} << QList<QColor>{red};
@@ -330,8 +331,8 @@ private slots:
     void repaint_matches_a_fresh_paint_data() {
         QTest::addColumn<QString>("change");
         for (const char* change :
-             {"nothing", "command lit", "light label cut out", "moved", "first removed",
-              "relabelled", "zoomed", "panned", "other tab painted"})
+             {"nothing", "command lit", "light label lit", "moved", "first removed", "relabelled",
+              "zoomed", "panned", "other tab painted"})
             QTest::newRow(change) << QString::fromLatin1(change);
     }
 
@@ -359,7 +360,7 @@ private slots:
         picker_tab* tab = view.tab();
         if (change == QLatin1String("command lit"))
             tab->select(0, false);
-        if (change == QLatin1String("light label cut out"))
+        if (change == QLatin1String("light label lit"))
             tab->select(2, false);
         if (change == QLatin1String("moved"))
             tab->editButtons({1}, [](buttonAttributes& att, int) { att.pos = QPoint(61, 43); });
