@@ -10,7 +10,28 @@
 
 namespace {
 
-const QString error_prefix = QStringLiteral("// Error: ");
+QtMessageHandler qt_handler = nullptr;
+
+void without_platform_notices(QtMsgType type, const QMessageLogContext& context,
+                              const QString& message) {
+    static const QLatin1String notices[] = {
+        QLatin1String("This plugin does not support "),
+        QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"),
+    };
+    if (type == QtDebugMsg || type == QtInfoMsg || type == QtWarningMsg) {
+        for (const QLatin1String& notice : notices) {
+            if (message.startsWith(notice))
+                return;
+        }
+    }
+    qt_handler(type, context, message);
+}
+
+void write(std::FILE* stream, const QString& text) {
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    std::fflush(stream);
+}
 
 void tell(const QString& title, const QString& text) {
     std::fprintf(stderr, "talvora-picker: %s: %s\n", qPrintable(title), qPrintable(text));
@@ -57,29 +78,38 @@ void answer_prompts_unattended() {
     });
 }
 
-int run_batch(picker_embedded_host& host, const QStringList& statements) {
-    qsizetype printed = host.scriptLog().size();
-    for (const QString& statement : statements) {
-        picker_mel_value result;
-        const host_status status = host.executeCommand(statement, &result);
-        // As the host's script editor shows what a statement gave back.
-        if (status && !result.items.join(QString()).isEmpty()) {
-            std::printf("// Result: %s //\n", qPrintable(result.items.join(QLatin1Char(' '))));
-        }
+void quiet_platform_notices() {
+    qt_handler = qInstallMessageHandler(&without_platform_notices);
+}
+
+int run_batch(picker_embedded_host& host, const QList<batch_script>& scripts) {
+    int errors = 0;
+    host.setOutput([&errors](picker_embedded_host::output_kind kind, const QString& text) {
+        using output_kind = picker_embedded_host::output_kind;
+        if (kind == output_kind::print)
+            write(stdout, text);
+        else if (kind == output_kind::line)
+            write(stdout, text + QLatin1Char('\n'));
+        else
+            write(stderr, text + QLatin1Char('\n'));
+        errors += kind == output_kind::error ? 1 : 0;
+    });
+    // As the host's script editor shows what a statement gave back.
+    const auto show_result = [](const picker_mel_value& result) {
+        if (!result.items.join(QString()).isEmpty())
+            write(stdout,
+                  QStringLiteral("// Result: %1 //\n").arg(result.items.join(QLatin1Char(' '))));
+    };
+    int exitCode = 0;
+    for (const batch_script& script : scripts) {
+        const host_status status = host.runScript(script.mel, script.source, show_result);
         settle_host(host);
-        const QStringList log = host.scriptLog();
-        bool failed = !status;
-        for (; printed < log.size(); ++printed) {
-            const QString& line = log.at(printed);
-            // Errors have been written to stderr by the host as they happened.
-            if (line.startsWith(error_prefix))
-                failed = true;
-            else
-                std::printf("%s\n", qPrintable(line));
+        // An error the picker's queued MEL ran into fails the run as well.
+        if (!status || errors > 0) {
+            exitCode = 1;
+            break;
         }
-        std::fflush(stdout);
-        if (failed)
-            return 1;
     }
-    return 0;
+    host.setOutput({});
+    return exitCode;
 }

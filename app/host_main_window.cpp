@@ -6,15 +6,19 @@
 #include "picker_prompt.h"
 
 #include <QAction>
+#include <QChildEvent>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QPointer>
+#include <QScreen>
 #include <QSettings>
 #include <QSplitter>
 #include <QTimer>
@@ -28,16 +32,24 @@ constexpr int recent_scene_count = 8;
 
 const QString scene_filter = QStringLiteral("Maya ASCII (*.ma)");
 const QString recent_key = QStringLiteral("recentScenes");
+const QString geometry_key = QStringLiteral("windowGeometry");
+const QString state_key = QStringLiteral("windowState");
+// The outliner never narrower than its names need, nor wider than the picker beside it can
+// spare: what the window gains goes to the picker.
+constexpr int outliner_width = 220;
+constexpr int outliner_least = 160;
+constexpr int outliner_most = 360;
+
+QSettings program_settings() {
+    return QSettings(QStringLiteral("Talvora"), QStringLiteral("talvora-picker"));
+}
 
 QStringList recent_scenes() {
-    return QSettings(QStringLiteral("Talvora"), QStringLiteral("talvora-picker"))
-        .value(recent_key)
-        .toStringList();
+    return program_settings().value(recent_key).toStringList();
 }
 
 void store_recent_scenes(const QStringList& paths) {
-    QSettings(QStringLiteral("Talvora"), QStringLiteral("talvora-picker"))
-        .setValue(recent_key, paths);
+    program_settings().setValue(recent_key, paths);
 }
 
 QAction* add_entry(QMenu* menu, const QString& text, const QKeySequence& shortcut = {}) {
@@ -47,7 +59,8 @@ QAction* add_entry(QMenu* menu, const QString& text, const QKeySequence& shortcu
 }
 
 QString chosen_file(QWidget* parent, picker_file_question::kind type, const QString& title) {
-    const QStringList paths = picker_ask_files({type, parent, title, QString(), scene_filter});
+    const QStringList paths =
+        picker_ask_files({type, parent, title, QString(), scene_filter, QStringLiteral("ma")});
     return paths.value(0);
 }
 
@@ -70,13 +83,16 @@ host_main_window::host_main_window(picker_embedded_host& host) : host_(host) {
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 1);
 
-    auto* dock = new QDockWidget(QStringLiteral("Scene"), this);
-    dock->setObjectName(QStringLiteral("Scene"));
-    dock->setWidget(splitter);
-    dock->setFeatures(QDockWidget::NoDockWidgetFeatures);
-    addDockWidget(Qt::LeftDockWidgetArea, dock);
-    setCentralWidget(new QWidget(this));
-    resize(900, 640);
+    sceneDock_ = new QDockWidget(QStringLiteral("Scene"), this);
+    sceneDock_->setObjectName(QStringLiteral("Scene"));
+    sceneDock_->setWidget(splitter);
+    sceneDock_->setFeatures(QDockWidget::NoDockWidgetFeatures);
+    sceneDock_->setMinimumWidth(outliner_least);
+    sceneDock_->setMaximumWidth(outliner_most);
+    addDockWidget(Qt::LeftDockWidgetArea, sceneDock_);
+    // No central widget: the outliner and the picker share the width between them.
+    resize(1100, 700);
+    restoreGeometry(program_settings().value(geometry_key).toByteArray());
     make_file_menu();
 
     connect(outliner_, &QListWidget::itemSelectionChanged, this, &host_main_window::select_in_host);
@@ -117,10 +133,40 @@ void host_main_window::make_file_menu() {
 }
 
 void host_main_window::closeEvent(QCloseEvent* event) {
-    if (may_discard_scene())
-        event->accept();
-    else
+    if (!may_discard_scene()) {
         event->ignore();
+        return;
+    }
+    QSettings settings = program_settings();
+    settings.setValue(geometry_key, saveGeometry());
+    settings.setValue(state_key, saveState());
+    event->accept();
+}
+
+bool host_main_window::event(QEvent* event) {
+    // The picker makes its dock floating, as in Maya; here it docks beside the outliner, once it
+    // is fully made.
+    if (event->type() == QEvent::ChildAdded) {
+        auto* dock = qobject_cast<QDockWidget*>(static_cast<QChildEvent*>(event)->child());
+        if (dock != nullptr && dock != sceneDock_)
+            QTimer::singleShot(0, this, [this, dock = QPointer<QDockWidget>(dock)] {
+                if (dock != nullptr)
+                    dock_picker(dock);
+            });
+    }
+    return QMainWindow::event(event);
+}
+
+void host_main_window::dock_picker(QDockWidget* dock) {
+    dock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
+    dock->setFloating(false);
+    addDockWidget(Qt::RightDockWidgetArea, dock);
+    if (!restoreState(program_settings().value(state_key).toByteArray()))
+        resizeDocks({sceneDock_, dock}, {outliner_width, width() - outliner_width}, Qt::Horizontal);
+    // A picker left floating on a screen that is gone comes back over the window.
+    if (dock->isFloating() && QGuiApplication::screenAt(dock->geometry().center()) == nullptr)
+        dock->move(geometry().center() - dock->rect().center());
+    dock->show();
 }
 
 void host_main_window::selection_changed(void* clientData) {

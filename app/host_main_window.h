@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 
+class QDockWidget;
 class QLineEdit;
 class QListWidget;
 class QMenu;
@@ -24,9 +25,12 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     static void selection_changed(void* clientData);
+    // Docks the picker on the right, where the window was left last time.
+    void dock_picker(QDockWidget* dock);
     void make_file_menu();
     void show_host_selection();
     void select_in_host();
@@ -51,6 +55,7 @@ private:
     void fill_recent_menu();
 
     picker_embedded_host& host_;
+    QDockWidget* sceneDock_ = nullptr;
     QListWidget* outliner_ = nullptr;
     QPlainTextEdit* log_ = nullptr;
     QLineEdit* scriptLine_ = nullptr;

@@ -33,10 +33,14 @@ bool picker_is_up() {
            window->frontTab() != nullptr && window->frontTab()->count() > 0;
 }
 
-// As the parser's own errors end the program: before anything else has started.
+// Exit status of a command line the program cannot take; a failed statement is 1.
+constexpr int usage_exit = 2;
+
+// Before anything else has started.
 [[noreturn]] void usage_error(const QString& text) {
     print_error(text);
-    std::exit(1);
+    std::fprintf(stderr, "see talvora-picker --help\n");
+    std::exit(usage_exit);
 }
 
 struct program_arguments {
@@ -45,7 +49,7 @@ struct program_arguments {
     QString scene;
     QStringList pickers;
     QStringList commands;
-    QString script;
+    QStringList scripts;
 };
 
 // Help, version and errors are answered here, before anything needs a display, by an
@@ -65,9 +69,10 @@ program_arguments parse_arguments(int argc, char* argv[]) {
     const QCommandLineOption command(QStringLiteral("c"),
                                      QStringLiteral("A MEL statement to run in batch mode."),
                                      QStringLiteral("MEL"));
-    const QCommandLineOption script(QStringLiteral("script"),
-                                    QStringLiteral("A MEL file to run in batch mode, after -c."),
-                                    QStringLiteral("FILE.mel"));
+    const QCommandLineOption script(
+        QStringLiteral("script"),
+        QStringLiteral("A MEL file to run in batch mode, after -c; several run in order."),
+        QStringLiteral("FILE.mel"));
     const QCommandLineOption smoke(
         QStringLiteral("smoke"),
         QStringLiteral("Start, open the picker, run briefly and quit; exit 0 when it came up."));
@@ -78,13 +83,16 @@ program_arguments parse_arguments(int argc, char* argv[]) {
     parser.addPositionalArgument(QStringLiteral("FILE.pkr"),
                                  QStringLiteral("Picker files to open as tabs."),
                                  QStringLiteral("[FILE.pkr ...]"));
+    // The parser's own mistakes end the program as usage errors; help and version after that.
+    if (!parser.parse(QCoreApplication::arguments()))
+        usage_error(parser.errorText());
     parser.process(application);
 
     program_arguments arguments;
     arguments.batch = parser.isSet(batch);
     arguments.smoke = parser.isSet(smoke);
     arguments.commands = parser.values(command);
-    arguments.script = parser.value(script);
+    arguments.scripts = parser.values(script);
     for (const QString& path : parser.positionalArguments()) {
         if (path.endsWith(QLatin1String(".pkr"), Qt::CaseInsensitive))
             arguments.pickers.append(path);
@@ -93,7 +101,7 @@ program_arguments parse_arguments(int argc, char* argv[]) {
         else
             usage_error(QStringLiteral("one scene at a time: %1").arg(path));
     }
-    if (!arguments.batch && (!arguments.commands.isEmpty() || !arguments.script.isEmpty()))
+    if (!arguments.batch && (!arguments.commands.isEmpty() || !arguments.scripts.isEmpty()))
         usage_error(QStringLiteral("-c and --script need --batch"));
     return arguments;
 }
@@ -122,17 +130,20 @@ int run_batch_mode(const program_arguments& arguments, int argc, char* argv[]) {
     // No display is needed: the window exists, so every directive works, but is never seen.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", QByteArray("offscreen"));
-    QStringList statements = opening_statements(arguments) + arguments.commands;
-    if (!arguments.script.isEmpty()) {
-        QFile file(arguments.script);
+    QList<batch_script> scripts;
+    for (const QString& statement : opening_statements(arguments) + arguments.commands)
+        scripts.append({statement, QString()});
+    for (const QString& path : arguments.scripts) {
+        QFile file(path);
         if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-            print_error(QStringLiteral("cannot read the script %1: %2")
-                            .arg(arguments.script, file.errorString()));
+            print_error(
+                QStringLiteral("cannot read the script %1: %2").arg(path, file.errorString()));
             return 1;
         }
-        statements.append(QString::fromUtf8(file.readAll()));
+        scripts.append({QString::fromUtf8(file.readAll()), path});
     }
 
+    quiet_platform_notices();
     QApplication app(argc, argv);
     answer_prompts_unattended();
     picker_embedded_host host;
@@ -141,7 +152,7 @@ int run_batch_mode(const program_arguments& arguments, int argc, char* argv[]) {
         print_error(loaded.errorString());
         return 1;
     }
-    const int exitCode = run_batch(host, statements);
+    const int exitCode = run_batch(host, scripts);
     host.quit();
     picker_main::uninitialize();
     return exitCode;

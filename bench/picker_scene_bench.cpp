@@ -41,6 +41,9 @@ public:
         names.clear();
         return {};
     }
+    std::unique_ptr<picker_selection_snapshot> saveSelection(host_status*) override {
+        return nullptr;
+    }
     host_status selectByName(const QString&, picker_list_adjustment) override { return {}; }
     host_status clearSelectionList() override { return {}; }
     void displayError(const QString&) override {}

@@ -1,11 +1,14 @@
 # Finds a Maya devkit: -DMAYA_DEVKIT=<dir>, or the DEVKIT_LOCATION / MAYA_LOCATION environment.
-# An explicit MAYA_DEVKIT that is no devkit stops the configure and names what it lacks.
+# The headers come from the devkit, the libraries from the Maya installation (MAYA_LOCATION): a
+# devkit holds no libOpenMaya.so. An explicit MAYA_DEVKIT without them stops the configure and
+# names what is missing.
 #
 # Defines Maya_FOUND, Maya_ROOTS (where the devkit and Maya's libraries were looked for),
 # Maya_INCLUDE_DIR, Maya_API_VERSION (eight digits), Maya_VERSION (2025), what that Maya was
-# built with: Maya_QT_MAJOR, Maya_QT_VERSION (5.15 or 6.5), Maya_GCC_VERSION and Maya_CXX11_ABI
-# (read from the devkit's libFoundation.so when it is there), and the imported target Maya::Maya
-# (headers, OpenMaya, OpenMayaUI, Foundation).
+# built with: Maya_QT_MAJOR, Maya_QT_VERSION (5.15 or 6.5), Maya_GCC_VERSION, Maya_GCC_TOOLSET
+# (the Red Hat toolset that gcc comes in) and Maya_CXX11_ABI (read from the devkit's
+# libFoundation.so when it is there), Maya_STAND_IN (the test suite's stand-in devkit, no real
+# Maya), and the imported target Maya::Maya (headers, OpenMaya, OpenMayaUI, Foundation).
 
 set(MAYA_DEVKIT "" CACHE PATH "Maya devkit (or Maya installation) to build the plug-in against")
 
@@ -26,10 +29,12 @@ if(Maya_ROOTS)
 endif()
 
 if(MAYA_DEVKIT)
-    set(_maya_missing)
     if(NOT Maya_INCLUDE_DIR)
-        list(APPEND _maya_missing "include/maya/MTypes.h")
+        message(FATAL_ERROR "MAYA_DEVKIT=${MAYA_DEVKIT} is not a Maya devkit: it has no "
+            "include/maya/MTypes.h (nor has DEVKIT_LOCATION or MAYA_LOCATION). Unpack the devkit "
+            "for your Maya version and point MAYA_DEVKIT at the folder holding include/.")
     endif()
+    set(_maya_missing)
     foreach(_maya_lib OpenMaya OpenMayaUI Foundation)
         if(NOT Maya_${_maya_lib}_LIBRARY)
             list(APPEND _maya_missing "lib/lib${_maya_lib}.so")
@@ -37,9 +42,14 @@ if(MAYA_DEVKIT)
     endforeach()
     if(_maya_missing)
         list(JOIN _maya_missing ", " _maya_missing)
-        message(FATAL_ERROR "MAYA_DEVKIT=${MAYA_DEVKIT} is not a Maya devkit: it has no "
-            "${_maya_missing} (nor has DEVKIT_LOCATION or MAYA_LOCATION). Unpack the devkit for "
-            "your Maya version and point MAYA_DEVKIT at the folder holding include/ and lib/.")
+        if("$ENV{MAYA_LOCATION}" STREQUAL "")
+            set(_maya_location "MAYA_LOCATION is not set")
+        else()
+            set(_maya_location "nor has MAYA_LOCATION=$ENV{MAYA_LOCATION}")
+        endif()
+        message(FATAL_ERROR "Maya's libraries are not found: MAYA_DEVKIT=${MAYA_DEVKIT} has no "
+            "${_maya_missing}, ${_maya_location}. Set MAYA_LOCATION to the Maya installation "
+            "whose lib/ holds them (for example MAYA_LOCATION=/usr/autodesk/maya2025).")
     endif()
 endif()
 
@@ -49,6 +59,13 @@ if(Maya_INCLUDE_DIR AND EXISTS "${Maya_INCLUDE_DIR}/maya/MTypes.h")
     string(REGEX REPLACE ".*MAYA_API_VERSION[ \t]+([0-9]+).*" "\\1" Maya_API_VERSION
         "${_maya_api_line}")
     string(SUBSTRING "${Maya_API_VERSION}" 0 4 Maya_VERSION)
+    file(STRINGS "${Maya_INCLUDE_DIR}/maya/MTypes.h" _maya_stand_in
+        REGEX "^#define[ \t]+PICKER_STAND_IN_DEVKIT")
+    if(_maya_stand_in)
+        set(Maya_STAND_IN TRUE)
+    else()
+        set(Maya_STAND_IN FALSE)
+    endif()
 endif()
 
 include(FindPackageHandleStandardArgs)
@@ -66,11 +83,14 @@ if(Maya_FOUND)
         set(Maya_QT_MAJOR 6)
         set(Maya_QT_VERSION 6.5)
     endif()
+    # The toolsets link the parts of libstdc++ newer than the base system's statically.
     if(Maya_VERSION VERSION_LESS 2024)
         set(Maya_GCC_VERSION 9.3)
+        set(Maya_GCC_TOOLSET devtoolset-9)
         set(Maya_CXX11_ABI 0)
     else()
         set(Maya_GCC_VERSION 11.2)
+        set(Maya_GCC_TOOLSET gcc-toolset-11)
         set(Maya_CXX11_ABI 1)
     endif()
     set(_maya_abi_source "the table for Maya ${Maya_VERSION}")

@@ -81,6 +81,9 @@ if(MayaQt5_FOUND AND NOT TARGET Qt5::Core)
     set_target_properties(Qt5::Core PROPERTIES
         INTERFACE_QT_MAJOR_VERSION 5
         COMPATIBLE_INTERFACE_STRING QT_MAJOR_VERSION)
+    # Maya's Qt is built with reduce-relocations: its qglobal.h refuses code built without -fPIC,
+    # executables' -fPIE included, as Qt's own package says.
+    set_property(TARGET Qt5::Core APPEND PROPERTY INTERFACE_COMPILE_OPTIONS -fPIC)
     foreach(_tool moc rcc uic)
         add_executable(Qt5::${_tool} IMPORTED)
         set_target_properties(Qt5::${_tool} PROPERTIES

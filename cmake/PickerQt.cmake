@@ -11,13 +11,24 @@ if(PICKER_TESTS)
 endif()
 
 set(_picker_qt Qt${PICKER_QT_MAJOR})
-if(Maya_FOUND AND PICKER_QT_MAJOR EQUAL Maya_QT_MAJOR)
+if(Maya_FOUND AND PICKER_QT_MAJOR EQUAL 6 AND Maya_QT_MAJOR EQUAL 6)
     foreach(_root IN LISTS Maya_ROOTS)
-        if(Maya_QT_MAJOR EQUAL 6 AND EXISTS "${_root}/Qt/lib/cmake/Qt6")
+        if(EXISTS "${_root}/Qt/lib/cmake/Qt6")
             list(APPEND CMAKE_PREFIX_PATH "${_root}/Qt")
-        elseif(Maya_QT_MAJOR EQUAL 6 AND (EXISTS "${_root}/Qt.tgz" OR EXISTS "${_root}/Qt.tar.gz"))
-            message(FATAL_ERROR "The devkit's Qt is still packed: extract ${_root}/Qt.tgz (or "
-                "Qt.tar.gz) in place, so that ${_root}/Qt/lib/cmake/Qt6 exists.")
+        elseif(EXISTS "${_root}/Qt/Qt/lib/cmake/Qt6")
+            # Qt.tgz holds a top-level Qt/, so extracting it into a Qt folder of its own nests it.
+            message(STATUS "The devkit's Qt is at ${_root}/Qt/Qt: Qt.tgz was extracted into a Qt "
+                "folder of its own. Using it there; `cd ${_root} && tar -xzf Qt.tgz` puts it at "
+                "${_root}/Qt.")
+            list(APPEND CMAKE_PREFIX_PATH "${_root}/Qt/Qt")
+        else()
+            foreach(_archive Qt.tgz Qt.tar.gz)
+                if(EXISTS "${_root}/${_archive}")
+                    message(FATAL_ERROR "The devkit's Qt is still packed: run "
+                        "`cd ${_root} && tar -xzf ${_archive}`. The archive holds a top-level Qt/, "
+                        "which gives ${_root}/Qt/lib/cmake/Qt6.")
+                endif()
+            endforeach()
         endif()
     endforeach()
 endif()

@@ -8,6 +8,8 @@
 #include <QIODevice>
 #include <QSaveFile>
 
+#include <algorithm>
+
 namespace {
 
 bool readable(const QDataStream& stream) {
@@ -35,7 +37,7 @@ void writeTabBody(QDataStream& stream, const picker_tab_record& tab) {
 
 // Returns the part that was being read when the stream failed; empty when everything was read.
 QString readTabBody(QDataStream& stream, qint32 version, picker_tab_record& tab,
-                    stream_fault& fault) {
+                    stream_fault& fault, qint32* announced = nullptr) {
     tab.title = readString(stream, &fault);
     if (!readable(stream)) {
         return QStringLiteral("the title");
@@ -57,6 +59,8 @@ QString readTabBody(QDataStream& stream, qint32 version, picker_tab_record& tab,
     if (!readable(stream)) {
         return QStringLiteral("the button count");
     }
+    if (announced != nullptr)
+        *announced = count;
     tab.buttons = readButtonRecords(stream, version, count, &fault);
     if (!readable(stream)) {
         return QStringLiteral("button %1").arg(fault.button);
@@ -128,7 +132,7 @@ picker_read_result readPickerFile(QIODevice& device, picker_tab_record& tab) {
         result.isPicker = false;
         return result;
     }
-    const QString part = readTabBody(stream, result.version, tab, fault);
+    const QString part = readTabBody(stream, result.version, tab, fault, &result.buttonCount);
     if (!part.isEmpty()) {
         result.error = describeFault(stream, fault, medium, part);
         result.isPicker =
@@ -179,7 +183,7 @@ picker_read_result readTabStream(QDataStream& stream, picker_tab_set& set) {
             describeFault(stream, fault, medium, QStringLiteral("the current tab index"));
         return result;
     }
-    for (qint32 i = 0; i < count; ++i) {
+    for (qint32 i = 0; i < std::min(count, picker_max_tabs); ++i) {
         qint32 index = 0;
         stream >> index;
         if (!readable(stream)) {
@@ -197,5 +201,9 @@ picker_read_result readTabStream(QDataStream& stream, picker_tab_set& set) {
         }
         ++result.wholeTabs;
     }
+    if (count > picker_max_tabs)
+        result.error = QStringLiteral("the data holds %1 tabs, more than the %2 a picker may have")
+                           .arg(count)
+                           .arg(picker_max_tabs);
     return result;
 }

@@ -13,6 +13,8 @@ class QIODevice;
 constexpr qint32 picker_format_version = 4;
 // Stream version of .pkr files (Qt 4.0's encodings).
 constexpr int picker_file_stream_version = 7;
+// Tabs one tab stream may hold; more comes only from data made to be hostile.
+constexpr qint32 picker_max_tabs = 1000;
 
 // One tab as files and the scene keep it. The background is kept as the PNG bytes found in the
 // data, so reading and writing back reproduces them exactly.
@@ -40,6 +42,8 @@ struct picker_read_result {
     // tabs handed back were read whole.
     qint32 tabCount = -1;
     qint32 wholeTabs = 0;
+    // For files: the buttons the file announces (-1 before that is read).
+    qint32 buttonCount = -1;
     // For files: false when the bytes are no picker file at all (empty, a format version below
     // 1, or a version, title and background that do not read whole), rather than a damaged one.
     bool isPicker = true;
@@ -59,7 +63,8 @@ picker_read_result readPickerFile(const QByteArray& bytes, picker_tab_record& ta
 bool writeFileWhole(const QString& path, const QByteArray& bytes, QString* error = nullptr);
 
 // The tab stream of all tabs; the caller sets the stream's version. A newer format version than
-// this program knows is refused with nothing read past it (result version tells which).
+// this program knows is refused with nothing read past it (result version tells which); of more
+// than picker_max_tabs tabs, that many are read and the rest refused.
 void writeTabStream(QDataStream& stream, const picker_tab_set& set);
 picker_read_result readTabStream(QDataStream& stream, picker_tab_set& set);
 

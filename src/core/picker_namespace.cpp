@@ -1,5 +1,7 @@
 #include "picker_namespace.h"
 
+#include <QVector>
+
 #include <algorithm>
 #include <utility>
 
@@ -28,6 +30,22 @@ QString replacePrefix(const QString& name, const QStringList& from, const QStrin
     return name;
 }
 
+// Where the DAG path segments of a node name begin: after each '|' outside brackets.
+QVector<int> segmentStarts(const QString& name) {
+    QVector<int> starts{0};
+    bool inBrackets = false;
+    for (int i = 0; i < name.size(); ++i) {
+        const QChar c = name.at(i);
+        if (c == QLatin1Char('['))
+            inBrackets = true;
+        else if (c == QLatin1Char(']'))
+            inBrackets = false;
+        else if (c == QLatin1Char('|') && !inBrackets)
+            starts.append(i + 1);
+    }
+    return starts;
+}
+
 } // namespace
 
 bool is_var_char(QChar c) {
@@ -37,16 +55,21 @@ bool is_var_char(QChar c) {
 }
 
 void extract_namespace(QStringList& used, const QString& nodeName) {
-    bool inBrackets = false;
-    for (int i = nodeName.size() - 1; i >= 0; --i) {
-        const QChar c = nodeName.at(i);
-        if (inBrackets) {
-            if (c == QLatin1Char('['))
-                inBrackets = false;
-        } else if (c == QLatin1Char(':')) {
-            appendOnce(used, nodeName.left(i));
-        } else if (c == QLatin1Char(']')) {
-            inBrackets = true;
+    const QVector<int> starts = segmentStarts(nodeName);
+    for (int segment = 0; segment < starts.size(); ++segment) {
+        const int start = starts.at(segment);
+        const int end = segment + 1 < starts.size() ? starts.at(segment + 1) - 1 : nodeName.size();
+        bool inBrackets = false;
+        for (int i = end - 1; i >= start; --i) {
+            const QChar c = nodeName.at(i);
+            if (inBrackets) {
+                if (c == QLatin1Char('['))
+                    inBrackets = false;
+            } else if (c == QLatin1Char(':')) {
+                appendOnce(used, nodeName.mid(start, i - start));
+            } else if (c == QLatin1Char(']')) {
+                inBrackets = true;
+            }
         }
     }
 }
@@ -92,6 +115,8 @@ void extract_cmd_namespace(QStringList& used, const QString& script, int languag
                     ++i;
                 else if (c == QLatin1Char('['))
                     mode = scan::bracket;
+                else if (c == QLatin1Char('|'))
+                    s = i; // a DAG path's next segment is a name of its own
             }
             break;
         case scan::bracket:
@@ -148,14 +173,14 @@ bool rebindNeedsDialog(const QStringList& used, const QStringList& available, bo
 
 namespace_choice namespaceChoice(const QString& used, const QStringList& available) {
     namespace_choice choice;
-    choice.items = available;
-    choice.current = available.indexOf(used);
-    if (choice.current < 0)
-        choice.current = findNestedNamespace(used, available);
-    if (choice.current < 0) {
-        choice.items.prepend(used);
-        choice.current = 0;
-    }
+    // The root namespace first, as an empty entry, then the scene's.
+    choice.items = QStringList{QString()} + available;
+    int found = available.indexOf(used);
+    if (found < 0)
+        found = findNestedNamespace(used, available);
+    if (found < 0 && !available.isEmpty())
+        found = 0;
+    choice.current = found + 1; // past the root; the root itself when the scene has none
     return choice;
 }
 
@@ -178,7 +203,13 @@ rebind_map buildRebindMap(const QStringList& used, const QStringList& chosen) {
 int rebind_picker_button(buttonAttributes& button, const QStringList& from, const QStringList& to) {
     int changed = 0;
     for (QString& name : button.sel) {
-        QString rebound = replacePrefix(name, from, to);
+        const QVector<int> starts = segmentStarts(name);
+        QString rebound;
+        for (int segment = 0; segment < starts.size(); ++segment) {
+            const int start = starts.at(segment);
+            const int end = segment + 1 < starts.size() ? starts.at(segment + 1) : name.size();
+            rebound += replacePrefix(name.mid(start, end - start), from, to);
+        }
         if (rebound != name) {
             name = std::move(rebound);
             ++changed;

@@ -14,13 +14,15 @@
 bool is_var_char(QChar c);
 
 // Appends every namespace that holds nodeName, innermost first ("a:b:ctrl" gives "a:b", then
-// "a"), each once. Colons inside brackets (component indices) are not namespace separators.
+// "a"), each once. A DAG path is read segment by segment ("|hero:grp|hero:ctrl" gives "hero").
+// Colons and bars inside brackets (component indices) separate nothing.
 void extract_namespace(QStringList& used, const QString& nodeName);
 
 // Appends the namespaces of node names quoted in a script. MEL and Python are scanned alike:
 // language is not consulted, and both "//" and "#" start a comment. In a literal holding several
 // names, every name after the first is taken with the separator in front of it ("a:x b:y" gives
-// "a" and " b"); such a namespace matches nothing in the scene and is shown as it is.
+// "a" and " b"); such a namespace matches nothing in the scene and is shown as it is. A '|' is no
+// such separator: it starts the next segment of a DAG path, a name of its own.
 void extract_cmd_namespace(QStringList& used, const QString& script, int language);
 
 // Case-insensitive ascending order.
@@ -38,8 +40,9 @@ QStringList collectCurrentNamespace(const button_att_list& buttons);
 // when some used namespace is not in available.
 bool rebindNeedsDialog(const QStringList& used, const QStringList& available, bool force);
 
-// The namespace dialog's combo for one used namespace: its items and the one chosen at first
-// (the namespace itself, else the scene namespace that nests it, else the namespace put first).
+// The namespace dialog's combo for one used namespace: the root namespace (an empty entry) and the
+// scene's, and the one chosen at first: the namespace itself, else the scene namespace that nests
+// it, else the scene's first, else the root.
 struct namespace_choice {
     QStringList items;
     int current = 0;
@@ -57,8 +60,8 @@ struct rebind_map {
 // Namespaces mapped to themselves are left out.
 rebind_map buildRebindMap(const QStringList& used, const QStringList& chosen);
 
-// Replaces the prefix of each node name with the to entry of the last from entry it starts with.
-// Returns how many names changed.
+// Replaces the prefix of each node name, in each segment of a DAG path, with the to entry of the
+// last from entry it starts with. Returns how many names changed.
 int rebind_picker_button(buttonAttributes& button, const QStringList& from, const QStringList& to);
 
 // The same for every run of name characters in the button's script, quoted or not, comments

@@ -37,6 +37,22 @@ void append_namespace_tree(const QString& parent, const QStringList& all, QStrin
     }
 }
 
+// The selection by name; the host's scene holds nothing finer.
+class embedded_selection : public picker_selection_snapshot {
+public:
+    embedded_selection(picker_embedded_host& host, const QStringList& names)
+        : host_(&host), names_(names) {}
+    host_status restore() override {
+        if (!host_ || !host_->setSelection(names_))
+            return host_status::failure(internalFailure);
+        return host_status();
+    }
+
+private:
+    QPointer<picker_embedded_host> host_;
+    QStringList names_;
+};
+
 QStringList flatten(const QVector<picker_mel_value>& values) {
     QStringList flat;
     for (const picker_mel_value& value : values)
@@ -193,7 +209,7 @@ void picker_embedded_host::processIdle() {
         const idle_entry entry = idleQueue_.front();
         idleQueue_.pop_front();
         if (entry.python)
-            scriptLog_.append(QStringLiteral("python: ") + entry.text);
+            log(output_kind::line, QStringLiteral("python: ") + entry.text);
         else
             runMel(entry.text, nullptr, 0);
     }
@@ -207,11 +223,22 @@ host_status picker_embedded_host::activeSelection(QStringList& names) {
     return host_status();
 }
 
+std::unique_ptr<picker_selection_snapshot>
+picker_embedded_host::saveSelection(host_status* status) {
+    QStringList names;
+    const host_status read = activeSelection(names);
+    if (status)
+        *status = read;
+    if (!read)
+        return nullptr;
+    return std::make_unique<embedded_selection>(*this, names);
+}
+
 host_status picker_embedded_host::selectByName(const QString& name,
                                                picker_list_adjustment adjustment) {
     if (failing(operation::selectByName))
         return refuse();
-    if (!nodes_.contains(name))
+    if (!nodeSet_.contains(name))
         return host_status::failure(QStringLiteral("(kInvalidParameter): No object matches name"));
     QStringList names;
     if (adjustment == picker_list_adjustment::add)
@@ -232,7 +259,7 @@ host_status picker_embedded_host::clearSelectionList() {
 bool picker_embedded_host::setSelection(const QStringList& names) {
     QStringList unique;
     for (const QString& name : names) {
-        if (!nodes_.contains(name))
+        if (!nodeSet_.contains(name))
             return false;
         if (!unique.contains(name))
             unique.append(name);
@@ -246,18 +273,31 @@ void picker_embedded_host::changeSelection(const QStringList& names) {
     raiseEvent(QStringLiteral("SelectionChanged"));
 }
 
+void picker_embedded_host::changeSelectionUndoably(const QStringList& names) {
+    auto before = std::make_unique<embedded_selection>(*this, selection_);
+    changeSelection(names);
+    pushUndo(std::make_unique<picker_selection_change>(
+        std::move(before), std::make_unique<embedded_selection>(*this, selection_)));
+}
+
 void picker_embedded_host::displayError(const QString& text) {
     logError(text);
 }
 
+void picker_embedded_host::log(output_kind kind, const QString& text) {
+    scriptLog_.append(text);
+    if (output_)
+        output_(kind, text);
+    else if (kind == output_kind::warning || kind == output_kind::error)
+        std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+}
+
 void picker_embedded_host::logWarning(const QString& text) {
-    scriptLog_.append(QStringLiteral("// Warning: ") + text);
-    std::fprintf(stderr, "// Warning: %s\n", text.toLocal8Bit().constData());
+    log(output_kind::warning, QStringLiteral("// Warning: ") + position_ + text);
 }
 
 void picker_embedded_host::logError(const QString& text) {
-    scriptLog_.append(QStringLiteral("// Error: ") + text);
-    std::fprintf(stderr, "// Error: %s\n", text.toLocal8Bit().constData());
+    log(output_kind::error, QStringLiteral("// Error: ") + position_ + text);
 }
 
 QWidget* picker_embedded_host::mainWindow() {
@@ -272,22 +312,26 @@ QWidget* picker_embedded_host::mainWindow() {
 }
 
 bool picker_embedded_host::addNode(const QString& name) {
-    if (name.isEmpty() || nodes_.contains(name) || name.startsWith(QLatin1Char(':')) ||
+    if (name.isEmpty() || nodeSet_.contains(name) || name.startsWith(QLatin1Char(':')) ||
         name.endsWith(QLatin1Char(':')) || name.contains(QLatin1String("::")))
         return false;
     nodes_.append(name);
+    nodeSet_.insert(name);
     return true;
 }
 
 QStringList picker_embedded_host::namespaces() const {
     QStringList all;
+    QSet<QString> seen;
     for (const QString& node : nodes_) {
         const QStringList parts = node.split(QLatin1Char(':'));
         QString ns;
         for (int i = 0; i + 1 < parts.size(); ++i) {
             ns = i == 0 ? parts.at(0) : ns + QLatin1Char(':') + parts.at(i);
-            if (!all.contains(ns))
+            if (!seen.contains(ns)) {
+                seen.insert(ns);
                 all.append(ns);
+            }
         }
     }
     QStringList ordered;
@@ -298,13 +342,18 @@ QStringList picker_embedded_host::namespaces() const {
 void picker_embedded_host::resetScene(const QStringList& nodes,
                                       const QMap<QString, QString>& fileInfo) {
     nodes_.clear();
+    nodeSet_.clear();
     for (const QString& node : nodes)
         addNode(node);
     fileInfo_ = fileInfo;
     modified_ = false;
     scenePath_.clear();
+    renamed_ = false;
     referenceBase_.clear();
     scene_ = picker_ma_scene();
+    // As in Maya, a new scene starts a new undo queue: nothing undoes into the old one.
+    undoQueue_.clear();
+    undoDone_ = 0;
     if (!selection_.isEmpty())
         changeSelection(QStringList());
 }
@@ -327,6 +376,32 @@ void picker_embedded_host::quit() {
 
 host_status picker_embedded_host::executeCommand(const QString& mel, picker_mel_value* result) {
     return runMel(mel, result, 0);
+}
+
+host_status
+picker_embedded_host::runScript(const QString& mel, const QString& source,
+                                const std::function<void(const picker_mel_value&)>& result) {
+    const auto at = [&source](int line) {
+        return source.isEmpty() ? QString() : QStringLiteral("%1:%2: ").arg(source).arg(line);
+    };
+    const picker_mel_script script = picker_mel_parse(mel);
+    if (!script.error.isEmpty()) {
+        position_ = at(script.errorLine);
+        const host_status status = melError(script.error);
+        position_.clear();
+        return status;
+    }
+    for (const picker_mel_statement& statement : script.statements) {
+        picker_mel_value value = picker_mel_value::string(QString());
+        position_ = at(statement.line);
+        const host_status status = runStatement(statement, &value, 0);
+        position_.clear();
+        if (!status)
+            return status;
+        if (result)
+            result(value);
+    }
+    return host_status();
 }
 
 host_status picker_embedded_host::melError(const QString& text) {
@@ -391,8 +466,20 @@ host_status picker_embedded_host::runStatement(const picker_mel_statement& state
         return runLs(args, result);
     if (name == QLatin1String("select"))
         return runSelect(args);
+    if (name == QLatin1String("xform"))
+        return runXform(args);
+    if (name == QLatin1String("undo") || name == QLatin1String("redo")) {
+        if (!args.isEmpty())
+            return melError(QStringLiteral("%1: takes no arguments.").arg(name));
+        return walkUndo(name == QLatin1String("undo"));
+    }
     if (name == QLatin1String("print")) {
-        scriptLog_.append(args);
+        if (values.size() != 1)
+            return melError(QStringLiteral("print: wrong number of arguments."));
+        // As Maya prints: a string as it is, an array an element a line.
+        const picker_mel_value& value = values.first();
+        log(output_kind::print,
+            value.isArray ? value.items.join(QLatin1Char('\n')) + QLatin1Char('\n') : args.first());
         return host_status();
     }
     if (name == QLatin1String("picker_ListNamespaces") && procedures_.contains(name)) {
@@ -420,8 +507,38 @@ host_status picker_embedded_host::runRegistered(picker_command_fn command,
             argSlots.append(values.at(i));
         }
     }
-    // A failed command stops the text; what went wrong is the command's own to report.
-    return command(picker_mel_arg_list(argSlots));
+    // A failed command stops the text; what went wrong is the command's own to report. Like
+    // Maya, the undo queue keeps only calls that succeeded.
+    picker_undo_ptr undo;
+    const host_status status = command(picker_mel_arg_list(argSlots), undo);
+    if (status && undo)
+        pushUndo(std::move(undo));
+    return status;
+}
+
+void picker_embedded_host::pushUndo(picker_undo_ptr step) {
+    undoQueue_.resize(undoDone_);
+    undoQueue_.push_back(std::move(step));
+    undoDone_ = undoQueue_.size();
+}
+
+host_status picker_embedded_host::walkUndo(bool back) {
+    if (back ? undoDone_ == 0 : undoDone_ == undoQueue_.size()) {
+        logWarning(back ? QStringLiteral("There are no more commands to undo.")
+                        : QStringLiteral("There are no more commands to redo."));
+        return host_status();
+    }
+    picker_undo_step& step = *undoQueue_.at(back ? undoDone_ - 1 : undoDone_);
+    const host_status status = back ? step.undo() : step.redo();
+    if (!status)
+        return melError(
+            QStringLiteral("%1 failed: %2")
+                .arg(back ? QLatin1String("undo") : QLatin1String("redo"), status.errorString()));
+    if (back)
+        --undoDone_;
+    else
+        ++undoDone_;
+    return host_status();
 }
 
 host_status picker_embedded_host::runFileInfo(const QStringList& args, picker_mel_value* result) {
@@ -506,8 +623,10 @@ host_status picker_embedded_host::runFile(const QStringList& args, picker_mel_va
         newScene();
         return host_status();
     }
-    if (values.contains(QStringLiteral("-rename")))
+    if (values.contains(QStringLiteral("-rename"))) {
+        renamed_ = renamed_ || values.value(QStringLiteral("-rename")) != scenePath_;
         scenePath_ = values.value(QStringLiteral("-rename"));
+    }
     if (set.contains(QStringLiteral("-save")))
         return saveFile();
     if (set.contains(QStringLiteral("-reference")))
@@ -533,7 +652,7 @@ host_status picker_embedded_host::openFile(const QString& path) {
     if (path.isEmpty())
         return melError(QStringLiteral("file: -open needs a file."));
     picker_ma_scene read;
-    const picker_ma_result status = readMayaAscii(path, read);
+    const picker_ma_result status = readMayaAscii(path, read, *files_);
     if (!status.ok())
         return melError(status.error);
     raiseEvent(QStringLiteral("deleteAll"));
@@ -544,20 +663,28 @@ host_status picker_embedded_host::openFile(const QString& path) {
     scenePath_ = path;
     referenceBase_ = path;
     scene_ = read;
-    for (const QString& warning : status.warnings)
-        logWarning(warning);
     raiseEvent(QStringLiteral("SceneOpened"));
-    return host_status();
+    return readErrors(status);
+}
+
+host_status picker_embedded_host::readErrors(const picker_ma_result& result) {
+    for (const QString& warning : result.warnings)
+        logWarning(warning);
+    for (const QString& error : result.errors)
+        logError(error);
+    return result.errors.isEmpty() ? host_status() : host_status::failure(result.errors.first());
 }
 
 host_status picker_embedded_host::saveFile() {
     if (scenePath_.isEmpty())
         return melError(QStringLiteral("file: the scene has no name yet; give it one with "
                                        "file -rename."));
+    // The nodes as read, and those made since; what the references brought stays theirs.
     picker_ma_scene written = scene_;
-    written.nodes.clear();
+    const QSet<QString> referenced(scene_.referencedNodes.cbegin(), scene_.referencedNodes.cend());
+    const QSet<QString> read(scene_.nodes.cbegin(), scene_.nodes.cend());
     for (const QString& node : nodes_) {
-        if (!scene_.referencedNodes.contains(node))
+        if (!referenced.contains(node) && !read.contains(node))
             written.nodes.append(node);
     }
     written.fileInfo.clear();
@@ -566,17 +693,27 @@ host_status picker_embedded_host::saveFile() {
     // A relative reference was found beside the scene it was read with; saved somewhere else, it
     // is written where it was found.
     for (picker_ma_reference& reference : written.references) {
-        if (!resolveReferencePath(reference.path, scenePath_).isEmpty())
+        if (!resolveReferencePath(reference.path, scenePath_, *files_).isEmpty())
             continue;
-        const QString found = resolveReferencePath(reference.path, referenceBase_);
+        const QString found = resolveReferencePath(reference.path, referenceBase_, *files_);
         if (!found.isEmpty())
             reference.path = QFileInfo(found).absoluteFilePath();
     }
+    QByteArray bytes;
     QString error;
-    if (!writeMayaAscii(scenePath_, written, &error))
-        return melError(error);
+    if (!mayaAsciiBytes(written, renamed_ ? QFileInfo(scenePath_).fileName() : QString(), bytes,
+                        &error) ||
+        !files_->write(scenePath_, bytes, error))
+        return melError(QStringLiteral("%1: %2").arg(scenePath_, error));
+    // What was written is what the next save starts from.
+    picker_ma_scene saved;
+    parseMayaAsciiFile(bytes, scenePath_, saved);
+    scene_.source = saved.source;
+    scene_.nodes = saved.nodes;
+    scene_.fileInfo = saved.fileInfo;
     scene_.references = written.references;
     referenceBase_ = scenePath_;
+    renamed_ = false;
     modified_ = false;
     raiseEvent(QStringLiteral("SceneSaved"));
     return host_status();
@@ -588,16 +725,14 @@ host_status picker_embedded_host::referenceFile(const QString& ns, const QString
     const QString name = ns.isEmpty() ? QFileInfo(path).completeBaseName() : ns;
     picker_ma_scene referenced = scene_;
     const int before = static_cast<int>(referenced.referencedNodes.size());
-    const picker_ma_result status = referenceMayaAscii(name, path, scenePath_, referenced);
+    const picker_ma_result status = referenceMayaAscii(name, path, scenePath_, referenced, *files_);
     if (!status.ok())
         return melError(status.error);
-    for (const QString& warning : status.warnings)
-        logWarning(warning);
     for (int i = before; i < referenced.referencedNodes.size(); ++i)
         addNode(referenced.referencedNodes.at(i));
     scene_ = referenced;
     modified_ = true;
-    return host_status();
+    return readErrors(status);
 }
 
 host_status picker_embedded_host::runLs(const QStringList& args, picker_mel_value* result) {
@@ -639,13 +774,13 @@ host_status picker_embedded_host::runSelect(const QStringList& args) {
             chosen = mode::clear;
         else if (arg.startsWith(QLatin1Char('-')))
             return melError(QStringLiteral("select: invalid flag %1.").arg(arg));
-        else if (!nodes_.contains(arg))
+        else if (!nodeSet_.contains(arg))
             return melError(QStringLiteral("No object matches name: %1").arg(arg));
         else if (!names.contains(arg))
             names.append(arg);
     }
     if (chosen == mode::clear) {
-        changeSelection(QStringList());
+        changeSelectionUndoably(QStringList());
         return host_status();
     }
     if (names.isEmpty())
@@ -654,6 +789,23 @@ host_status picker_embedded_host::runSelect(const QStringList& args) {
     for (const QString& name : names)
         if (!selected.contains(name))
             selected.append(name);
-    changeSelection(selected);
+    changeSelectionUndoably(selected);
+    return host_status();
+}
+
+host_status picker_embedded_host::runXform(const QStringList& args) {
+    // The scene keeps no transforms; what a pose button asks of it is checked, not applied.
+    QStringList names;
+    for (const QString& arg : args) {
+        bool number = false;
+        arg.toDouble(&number);
+        if (number || arg.startsWith(QLatin1Char('-')))
+            continue;
+        if (!nodeSet_.contains(arg))
+            return melError(QStringLiteral("No object matches name: %1").arg(arg));
+        names.append(arg);
+    }
+    if (names.isEmpty() && selection_.isEmpty())
+        return melError(QStringLiteral("xform: no objects given and nothing selected."));
     return host_status();
 }

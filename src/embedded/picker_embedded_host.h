@@ -13,8 +13,10 @@
 #include <QWidget>
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 class QMainWindow;
 
@@ -53,11 +55,17 @@ public:
     host_status executePythonCommandOnIdle(const QString& python,
                                            bool displayEnabled = false) override;
     host_status activeSelection(QStringList& names) override;
+    std::unique_ptr<picker_selection_snapshot> saveSelection(host_status* status) override;
     host_status selectByName(const QString& name, picker_list_adjustment adjustment) override;
     host_status clearSelectionList() override;
     void displayError(const QString& text) override;
     bool hasInterface() const override { return !batch_; }
     QWidget* mainWindow() override;
+
+    // What the host writes as it runs: print's text as it is, other log lines, and warnings and
+    // errors with their "// Warning: " and "// Error: " prefixes.
+    enum class output_kind { print, line, warning, error };
+    using output_fn = std::function<void(output_kind kind, const QString& text)>;
 
     // The scene. Node names may carry namespaces ("hero:L_hand_ctrl").
     bool addNode(const QString& name);
@@ -85,6 +93,11 @@ public:
     // Runs MEL now, as typed into the host's command line; the value is that of the last
     // statement.
     host_status executeCommand(const QString& mel, picker_mel_value* result = nullptr);
+    // Runs MEL as a script file is sourced: the whole text is read first, then each statement in
+    // turn, its value handed to result after its own output. Errors name source and the line
+    // when a source is given. Stops at the first statement that fails.
+    host_status runScript(const QString& mel, const QString& source,
+                          const std::function<void(const picker_mel_value&)>& result);
     // Runs queued MEL and Python in order until none is left, including what they queue.
     void processIdle();
     int pendingIdleCount() const { return static_cast<int>(idleQueue_.size()); }
@@ -93,6 +106,11 @@ public:
 
     QStringList scriptLog() const { return scriptLog_; }
     void clearScriptLog() { scriptLog_.clear(); }
+    // Where the log's text also goes as it is written; without one, warnings and errors go to
+    // stderr.
+    void setOutput(const output_fn& output) { output_ = output; }
+    // Where scenes are opened, saved and referenced from; the disk unless told otherwise.
+    void setFiles(picker_ma_files& files) { files_ = &files; }
     bool isProcedureDefined(const QString& name) const { return procedures_.contains(name); }
     bool isCommandRegistered(const QString& name) const { return commands_.count(name) != 0; }
     int callbackCount(const QString& event) const;
@@ -122,8 +140,11 @@ private:
     bool failing(operation which, const QString& event = QString()) const;
     host_status refuse() const;
     void scheduleIdle();
+    void log(output_kind kind, const QString& text);
     void logError(const QString& text);
     void changeSelection(const QStringList& names);
+    // As the select command changes it: one step on the undo queue.
+    void changeSelectionUndoably(const QStringList& names);
     void resetScene(const QStringList& nodes, const QMap<QString, QString>& fileInfo);
 
     host_status runMel(const QString& text, picker_mel_value* result, int depth);
@@ -137,25 +158,42 @@ private:
     host_status openFile(const QString& path);
     host_status saveFile();
     host_status referenceFile(const QString& ns, const QString& path);
+    // Errors of a scene that was read all the same: logged, and the statement fails.
+    host_status readErrors(const picker_ma_result& result);
     host_status runLs(const QStringList& args, picker_mel_value* result);
     void logWarning(const QString& text);
     host_status runSelect(const QStringList& args);
+    host_status runXform(const QStringList& args);
     host_status melError(const QString& text);
+    // The undo queue, as MEL's undo and redo walk it: a new step drops the undone ones.
+    void pushUndo(picker_undo_ptr step);
+    host_status walkUndo(bool back);
 
     QStringList nodes_;
+    QSet<QString> nodeSet_;
     QStringList selection_;
     QMap<QString, QString> fileInfo_;
     bool modified_ = false;
     QString scenePath_;
+    // Set by "file -rename": the next save gives the file its new name in the header too.
+    bool renamed_ = false;
     // The scene file the references' relative paths were found from.
     QString referenceBase_;
-    // The scene's references and what they brought in; the own nodes are refreshed on save.
+    // The scene file as read (or last saved), its references and what they brought in.
     picker_ma_scene scene_;
+    picker_ma_files* files_ = &picker_ma_disk();
+    output_fn output_;
+    // "FILE:LINE: " of the script statement running, for its errors.
+    QString position_;
 
     std::map<QString, picker_command_fn> commands_;
     std::map<picker_callback_id, callback_entry> callbacks_;
     picker_callback_id nextCallbackId_ = 1;
     QSet<QString> procedures_;
+
+    std::vector<picker_undo_ptr> undoQueue_;
+    // Steps before this index are done; from it on they are undone and wait for redo.
+    std::size_t undoDone_ = 0;
 
     std::deque<idle_entry> idleQueue_;
     bool idleScheduled_ = false;

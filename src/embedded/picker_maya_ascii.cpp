@@ -1,147 +1,68 @@
 #include "picker_maya_ascii.h"
 
 #include "picker_file.h"
+#include "picker_maya_ascii_lexer.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 
 namespace {
 
-// Deep enough for any real rig; a file that references itself stops here.
-constexpr int max_reference_depth = 16;
-// Long values are written in pieces joined with '+', as Maya writes long strings.
-constexpr int string_piece = 1024;
+using namespace picker_ma_lexing;
 
-struct token {
-    QString text;
-    bool quoted = false;
-};
-
-struct statement {
-    int line = 0;
-    QList<token> tokens;
-};
-
+// The statements of one file and what they say; its references are not followed.
 struct file_contents {
+    picker_ma_source source;
     QStringList nodes;
     QList<picker_ma_reference> references;
+    QList<int> referenceLines;
     QList<QPair<QString, QString>> fileInfo;
 };
 
-class lexer {
+class disk_files : public picker_ma_files {
 public:
-    explicit lexer(const QString& text) : text_(text) {}
+    bool isFile(const QString& path) const override { return QFileInfo(path).isFile(); }
 
-    // False at the end of the text; error set when a statement is broken.
-    bool next(statement& out, QString& error) {
-        out = statement();
-        skipBlank();
-        if (pos_ >= text_.size())
+    QString identity(const QString& path) const override {
+        const QFileInfo info(path);
+        const QString canonical = info.canonicalFilePath();
+        return canonical.isEmpty() ? info.absoluteFilePath() : canonical;
+    }
+
+    bool read(const QString& path, qint64 limit, QByteArray& bytes, QString& error) const override {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly)) {
+            error = file.errorString();
             return false;
-        out.line = line_;
-        while (pos_ < text_.size()) {
-            const QChar c = text_.at(pos_);
-            if (c == QLatin1Char(';')) {
-                ++pos_;
-                return true;
-            }
-            if (c == QLatin1Char('"')) {
-                token quotedToken{QString(), true};
-                if (!readJoinedString(quotedToken.text, error))
-                    return false;
-                out.tokens.append(quotedToken);
-            } else {
-                const int start = pos_;
-                while (pos_ < text_.size() && !text_.at(pos_).isSpace() &&
-                       text_.at(pos_) != QLatin1Char(';') && text_.at(pos_) != QLatin1Char('"'))
-                    ++pos_;
-                out.tokens.append(token{text_.mid(start, pos_ - start), false});
-            }
-            skipBlank();
         }
-        error = QStringLiteral("%1: statement not ended with ';'").arg(out.line);
-        return false;
-    }
-
-private:
-    void skipBlank() {
-        while (pos_ < text_.size()) {
-            const QChar c = text_.at(pos_);
-            if (c == QLatin1Char('\n')) {
-                ++line_;
-                ++pos_;
-            } else if (c.isSpace()) {
-                ++pos_;
-            } else if (c == QLatin1Char('/') && pos_ + 1 < text_.size() &&
-                       text_.at(pos_ + 1) == QLatin1Char('/')) {
-                while (pos_ < text_.size() && text_.at(pos_) != QLatin1Char('\n'))
-                    ++pos_;
-            } else {
-                return;
-            }
-        }
-    }
-
-    bool readString(QString& out, QString& error) {
-        const int startLine = line_;
-        ++pos_;
-        while (pos_ < text_.size()) {
-            const QChar c = text_.at(pos_++);
-            if (c == QLatin1Char('"'))
-                return true;
-            if (c == QLatin1Char('\n')) {
-                error = QStringLiteral("%1: string not closed").arg(startLine);
-                return false;
-            }
-            if (c != QLatin1Char('\\') || pos_ >= text_.size()) {
-                out += c;
-                continue;
-            }
-            const QChar escaped = text_.at(pos_++);
-            if (escaped == QLatin1Char('n'))
-                out += QLatin1Char('\n');
-            else if (escaped == QLatin1Char('t'))
-                out += QLatin1Char('\t');
-            else if (escaped == QLatin1Char('r'))
-                out += QLatin1Char('\r');
-            else
-                out += escaped;
-        }
-        error = QStringLiteral("%1: string not closed").arg(startLine);
-        return false;
-    }
-
-    // "a" + "b" across lines reads as one string.
-    bool readJoinedString(QString& out, QString& error) {
-        if (!readString(out, error))
+        if (!file.isSequential() && file.size() > limit) {
+            error = tooLarge(limit);
             return false;
-        for (;;) {
-            const int savedPos = pos_;
-            const int savedLine = line_;
-            skipBlank();
-            if (pos_ >= text_.size() || text_.at(pos_) != QLatin1Char('+')) {
-                pos_ = savedPos;
-                line_ = savedLine;
-                return true;
-            }
-            ++pos_;
-            skipBlank();
-            if (pos_ >= text_.size() || text_.at(pos_) != QLatin1Char('"')) {
-                error = QStringLiteral("%1: '+' must join two strings").arg(line_);
-                return false;
-            }
-            if (!readString(out, error))
-                return false;
         }
+        bytes = file.read(limit + 1);
+        if (bytes.size() > limit) {
+            error = tooLarge(limit);
+            return false;
+        }
+        return true;
     }
 
-    const QString& text_;
-    int pos_ = 0;
-    int line_ = 1;
+    bool write(const QString& path, const QByteArray& bytes, QString& error) override {
+        return writeFileWhole(path, bytes, &error);
+    }
+
+    static QString tooLarge(qint64 limit) {
+        return QStringLiteral("larger than the %1 bytes a scene may read").arg(limit);
+    }
 };
+
+QString cleanAbsolute(const QString& path) {
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
 
 QString flagValue(const QList<token>& tokens, const char* shortName, const char* longName) {
     for (int i = 1; i + 1 < tokens.size(); ++i) {
@@ -160,61 +81,129 @@ bool hasFlag(const QList<token>& tokens, const char* shortName, const char* long
     return false;
 }
 
-// Error text without the file name; empty on success.
-QString interpret(const statement& s, file_contents& contents) {
+// The namespace and the quoted path last, and where the path is written.
+void readReference(const QList<token>& tokens, int textStart, picker_ma_statement& statement) {
+    const token& last = tokens.last();
+    statement.name = flagValue(tokens, "-ns", "-namespace");
+    if (statement.name.isEmpty())
+        statement.name = QFileInfo(last.text).completeBaseName();
+    statement.value = last.text;
+    if (last.plain) {
+        statement.valueStart = last.start - textStart;
+        statement.valueEnd = last.end - textStart;
+    }
+}
+
+// What the statement is to the program; error text "LINE: what" when it is broken.
+QString interpret(const raw_statement& s, int textStart, picker_ma_statement& statement) {
+    if (s.tokens.isEmpty())
+        return QString();
     const QString& command = s.tokens.first().text;
     if (command == QLatin1String("fileInfo")) {
         if (s.tokens.size() != 3 || !s.tokens.at(1).quoted || !s.tokens.at(2).quoted)
             return QStringLiteral("%1: fileInfo needs a quoted key and value").arg(s.line);
-        contents.fileInfo.append(qMakePair(s.tokens.at(1).text, s.tokens.at(2).text));
+        statement.type = picker_ma_statement::kind::fileInfo;
+        statement.name = s.tokens.at(1).text;
+        statement.value = s.tokens.at(2).text;
     } else if (command == QLatin1String("createNode")) {
         if (s.tokens.size() < 2 || s.tokens.at(1).text.startsWith(QLatin1Char('-')))
             return QStringLiteral("%1: createNode needs a node type").arg(s.line);
-        const QString name = flagValue(s.tokens, "-n", "-name");
-        // A reference node is Maya's record of a "file -r" statement, which is kept apart and
-        // makes it again; kept as a node it would be written back as a transform of that name.
-        if (!name.isEmpty() && s.tokens.at(1).text != QLatin1String("reference"))
-            contents.nodes.append(name);
+        statement.name = flagValue(s.tokens, "-n", "-name");
+        // A reference node is Maya's record of a "file -r" statement, which makes it again.
+        if (!statement.name.isEmpty() && s.tokens.at(1).text != QLatin1String("reference"))
+            statement.type = picker_ma_statement::kind::node;
     } else if (command == QLatin1String("file") && hasFlag(s.tokens, "-r", "-reference")) {
         const token& last = s.tokens.last();
         if (!last.quoted)
             return QStringLiteral("%1: file -r needs a quoted path last").arg(s.line);
-        QString ns = flagValue(s.tokens, "-ns", "-namespace");
-        if (ns.isEmpty())
-            ns = QFileInfo(last.text).completeBaseName();
-        contents.references.append(picker_ma_reference{ns, last.text});
+        statement.type = picker_ma_statement::kind::reference;
+        readReference(s.tokens, textStart, statement);
+    } else if (command == QLatin1String("file") &&
+               hasFlag(s.tokens, "-rdi", "-referenceDepthInfo") && s.tokens.last().quoted) {
+        statement.type = picker_ma_statement::kind::referenceDepth;
+        readReference(s.tokens, textStart, statement);
+    } else if (command == QLatin1String("file") || command == QLatin1String("requires") ||
+               command == QLatin1String("currentUnit")) {
+        statement.type = picker_ma_statement::kind::prologue;
     }
     return QString();
 }
 
-picker_ma_result parseContents(const QByteArray& bytes, const QString& path,
-                               file_contents& contents) {
-    picker_ma_result result;
+bool isText(const QByteArray& bytes) {
+    if (bytes.contains('\0'))
+        return false;
     const QString text = QString::fromUtf8(bytes);
-    const bool replaced = text.contains(QChar(QChar::ReplacementCharacter)) &&
-                          !bytes.contains(QByteArrayLiteral("\xEF\xBF\xBD"));
-    if (bytes.contains('\0') || replaced) {
-        result.error = QStringLiteral("%1: not a text file").arg(path);
-        return result;
-    }
-    if (!text.startsWith(QLatin1String("//Maya ASCII"))) {
-        result.error =
-            QStringLiteral("%1: not a Maya ASCII scene (no \"//Maya ASCII\" header)").arg(path);
-        return result;
-    }
-    lexer lex(text);
-    statement s;
+    return !text.contains(QChar(QChar::ReplacementCharacter)) ||
+           bytes.contains(QByteArrayLiteral("\xEF\xBF\xBD"));
+}
+
+// Reads one file's statements; the error "PATH: ..." or "PATH:LINE: ...", empty on success.
+QString parseContents(const QByteArray& bytes, const QString& path, file_contents& contents) {
+    if (bytes.size() > picker_ma_limit::scene_bytes)
+        return QStringLiteral("%1: %2").arg(path,
+                                            disk_files::tooLarge(picker_ma_limit::scene_bytes));
+    if (!isText(bytes))
+        return QStringLiteral("%1: not a text file").arg(path);
+    if (!bytes.startsWith("//Maya ASCII"))
+        return QStringLiteral("%1: not a Maya ASCII scene (no \"//Maya ASCII\" header)").arg(path);
+    const int firstNewline = int(bytes.indexOf('\n'));
+    if (firstNewline > 0 && bytes.at(firstNewline - 1) == '\r')
+        contents.source.newline = QByteArrayLiteral("\r\n");
+    QSet<QString> images;
+    lexer lex(bytes);
+    raw_statement raw;
     QString error;
-    while (lex.next(s, error)) {
-        if (s.tokens.isEmpty())
-            continue;
-        error = interpret(s, contents);
+    int end = 0;
+    while (lex.next(raw, error)) {
+        picker_ma_statement statement;
+        statement.text = bytes.mid(end, raw.end - end);
+        statement.bodyStart = raw.start - end;
+        statement.line = raw.line;
+        error = interpret(raw, end, statement);
         if (!error.isEmpty())
             break;
+        end = raw.end;
+        switch (statement.type) {
+        case picker_ma_statement::kind::fileInfo:
+            contents.fileInfo.append(qMakePair(statement.name, statement.value));
+            if (statement.name.startsWith(QLatin1String(picker_scene_image_prefix)))
+                images.insert(statement.name);
+            if (images.size() > picker_ma_limit::images)
+                error = QStringLiteral("%1: more than %2 picker background images stored")
+                            .arg(raw.line)
+                            .arg(picker_ma_limit::images);
+            break;
+        case picker_ma_statement::kind::node:
+            contents.nodes.append(statement.name);
+            if (contents.nodes.size() > picker_ma_limit::nodes)
+                error = QStringLiteral("%1: more than %2 nodes in one scene")
+                            .arg(raw.line)
+                            .arg(picker_ma_limit::nodes);
+            break;
+        case picker_ma_statement::kind::reference:
+            contents.references.append(picker_ma_reference{statement.name, statement.value});
+            contents.referenceLines.append(raw.line);
+            break;
+        default:
+            break;
+        }
+        if (!error.isEmpty())
+            break;
+        contents.source.statements.append(statement);
     }
     if (!error.isEmpty())
-        result.error = path + QLatin1Char(':') + error;
-    return result;
+        return path + QLatin1Char(':') + error;
+    contents.source.tail = bytes.mid(end);
+    return QString();
+}
+
+picker_ma_scene sceneOf(const file_contents& contents) {
+    picker_ma_scene scene;
+    scene.nodes = contents.nodes;
+    scene.references = contents.references;
+    scene.fileInfo = contents.fileInfo;
+    scene.source = contents.source;
+    return scene;
 }
 
 QString expandEnvironment(const QString& path) {
@@ -233,153 +222,242 @@ QString expandEnvironment(const QString& path) {
     return expanded + path.mid(from);
 }
 
+// A problem with one reference: a missing file is a warning, anything else an error.
+struct load_problem {
+    load_problem() = default;
+    load_problem(const QString& text, bool isMissing = false, const QString& tellOnce = {})
+        : message(text), missing(isMissing), once(tellOnce) {}
+
+    QString message;
+    bool missing = false;
+    // The same file missing under the same namespace is told once, wherever it is referenced.
+    QString once;
+    bool isEmpty() const { return message.isEmpty(); }
+};
+
+// Follows references depth first, each file read once however often it is referenced, within
+// the scene's limits; what was loaded before a limit stays.
 class reference_loader {
 public:
-    reference_loader(picker_ma_scene& scene, picker_ma_result& result)
-        : scene_(scene), result_(result) {}
+    reference_loader(picker_ma_scene& scene, picker_ma_result& result, const picker_ma_files& files,
+                     qint64 bytesRead)
+        : scene_(scene), result_(result), files_(files), bytesRead_(bytesRead) {}
 
-    // Loads what the file references in turn; the message when the file itself cannot be read.
-    QString load(const QString& ns, const QString& path, const QString& fromScene, int depth) {
-        const QString found = resolveReferencePath(path, fromScene);
-        if (found.isEmpty())
-            return QStringLiteral("Could not find the referenced file \"%1\"; namespace \"%2\" "
-                                  "is left out.")
-                .arg(path, ns);
-        if (depth >= max_reference_depth)
-            return QStringLiteral("%1: references nested too deeply; namespace \"%2\" is left "
-                                  "out.")
-                .arg(found, ns);
-        QFile file(found);
-        if (!file.open(QIODevice::ReadOnly))
-            return QStringLiteral("%1: %2").arg(found, file.errorString());
-        file_contents contents;
-        const picker_ma_result read = parseContents(file.readAll(), found, contents);
-        if (!read.ok())
-            return read.error;
-        const QString prefix = ns + QLatin1Char(':');
-        for (const QString& node : contents.nodes)
-            scene_.referencedNodes.append(prefix + node);
-        for (const picker_ma_reference& nested : contents.references)
-            warn(load(prefix + nested.ns, nested.path, found, depth + 1));
-        return QString();
+    // The files the references are followed from, outermost first.
+    void enter(const QString& path) {
+        chain_.append(files_.identity(path));
+        chainNames_.append(QFileInfo(path).fileName());
     }
 
-    // The same path missing twice is reported once.
-    void warn(const QString& message) {
-        if (message.isEmpty() || reported_.contains(message))
+    // Loads the reference made at line of from (0: not from a file) under prefix + its
+    // namespace, then what it references in turn.
+    load_problem load(const picker_ma_reference& reference, const QString& from, int line,
+                      const QString& prefix, int depth) {
+        if (stopped_)
+            return {};
+        const QString where = line > 0 ? QStringLiteral("%1:%2: ").arg(from).arg(line) : QString();
+        const QString ns = prefix + reference.ns;
+        const QString found = resolveReferencePath(reference.path, from, files_);
+        if (found.isEmpty()) {
+            const QString what = QStringLiteral("could not find the referenced file \"%1\"; "
+                                                "namespace \"%2\" is left out.")
+                                     .arg(reference.path, ns);
+            return {where + what, true, what};
+        }
+        const QString id = files_.identity(found);
+        const int open = chain_.indexOf(id);
+        if (open >= 0)
+            return {QStringLiteral("reference cycle: ") +
+                    (chainNames_.mid(open) << QFileInfo(found).fileName())
+                        .join(QStringLiteral(" \u2192 "))};
+        if (depth >= picker_ma_limit::reference_depth)
+            return {QStringLiteral("%1references nested more than %2 deep; namespace \"%3\" is "
+                                   "left out.")
+                        .arg(where)
+                        .arg(picker_ma_limit::reference_depth)
+                        .arg(ns)};
+        if (scene_.referencesLoaded >= picker_ma_limit::references)
+            return stop(QStringLiteral("%1the scene loads more than %2 references; no more are "
+                                       "loaded.")
+                            .arg(where)
+                            .arg(picker_ma_limit::references));
+        const file_contents* contents = nullptr;
+        if (const load_problem problem = read(found, id, contents); !problem.isEmpty())
+            return problem;
+        ++scene_.referencesLoaded;
+        const QString nodePrefix = ns + QLatin1Char(':');
+        for (const QString& node : contents->nodes) {
+            if (scene_.nodes.size() + scene_.referencedNodes.size() >= picker_ma_limit::nodes)
+                return stop(QStringLiteral("%1the scene has more than %2 nodes; no more are "
+                                           "loaded.")
+                                .arg(where.isEmpty() ? found + QStringLiteral(": ") : where)
+                                .arg(picker_ma_limit::nodes));
+            scene_.referencedNodes.append(nodePrefix + node);
+        }
+        // The loads below may move the cached contents.
+        const QList<picker_ma_reference> nested = contents->references;
+        const QList<int> lines = contents->referenceLines;
+        chain_.append(id);
+        chainNames_.append(QFileInfo(found).fileName());
+        for (int i = 0; i < nested.size(); ++i)
+            report(load(nested.at(i), found, lines.at(i), nodePrefix, depth + 1));
+        chain_.removeLast();
+        chainNames_.removeLast();
+        return {};
+    }
+
+    // Each message once: a file referenced many times fails the same way each time.
+    void report(const load_problem& problem) {
+        const QString& once = problem.once.isEmpty() ? problem.message : problem.once;
+        if (problem.isEmpty() || reported_.contains(once))
             return;
-        reported_.insert(message);
-        result_.warnings.append(message);
+        reported_.insert(once);
+        (problem.missing ? result_.warnings : result_.errors).append(problem.message);
     }
 
 private:
+    load_problem stop(const QString& message) {
+        stopped_ = true;
+        return {message};
+    }
+
+    load_problem read(const QString& found, const QString& id, const file_contents*& contents) {
+        const auto cached = cache_.constFind(id);
+        if (cached != cache_.constEnd()) {
+            contents = &cached.value();
+            return {};
+        }
+        QByteArray bytes;
+        QString cause;
+        const qint64 budget = picker_ma_limit::scene_bytes - bytesRead_;
+        if (!files_.read(found, budget, bytes, cause)) {
+            if (cause == disk_files::tooLarge(budget))
+                return stop(QStringLiteral("%1: the scene's files come to more than %2 bytes; no "
+                                           "more are loaded.")
+                                .arg(found)
+                                .arg(picker_ma_limit::scene_bytes));
+            return {QStringLiteral("%1: %2").arg(found, cause)};
+        }
+        bytesRead_ += bytes.size();
+        file_contents read;
+        const QString error = parseContents(bytes, found, read);
+        if (!error.isEmpty())
+            return {error};
+        contents = &cache_.insert(id, read).value();
+        return {};
+    }
+
     picker_ma_scene& scene_;
     picker_ma_result& result_;
+    const picker_ma_files& files_;
+    qint64 bytesRead_ = 0;
+    QStringList chain_;
+    QStringList chainNames_;
+    QHash<QString, file_contents> cache_;
     QSet<QString> reported_;
+    bool stopped_ = false;
 };
-
-QString quoted(const QString& text) {
-    QString out;
-    out.reserve(text.size() + 2);
-    out += QLatin1Char('"');
-    for (const QChar c : text) {
-        if (c == QLatin1Char('"') || c == QLatin1Char('\\'))
-            out += QLatin1Char('\\') + QString(c);
-        else if (c == QLatin1Char('\n'))
-            out += QLatin1String("\\n");
-        else if (c == QLatin1Char('\t'))
-            out += QLatin1String("\\t");
-        else if (c == QLatin1Char('\r'))
-            out += QLatin1String("\\r");
-        else
-            out += c;
-    }
-    out += QLatin1Char('"');
-    return out;
-}
-
-QString quotedInPieces(const QString& text) {
-    QString out = quoted(text.left(string_piece));
-    for (int from = string_piece; from < text.size(); from += string_piece)
-        out += QLatin1String("\n\t\t+ ") + quoted(text.mid(from, string_piece));
-    return out;
-}
 
 } // namespace
 
-QString resolveReferencePath(const QString& path, const QString& scenePath) {
+picker_ma_files& picker_ma_disk() {
+    static disk_files disk;
+    return disk;
+}
+
+bool picker_ma_memory_files::isFile(const QString& path) const {
+    return files.contains(cleanAbsolute(path));
+}
+
+QString picker_ma_memory_files::identity(const QString& path) const {
+    return cleanAbsolute(path);
+}
+
+bool picker_ma_memory_files::read(const QString& path, qint64 limit, QByteArray& bytes,
+                                  QString& error) const {
+    const auto found = files.constFind(cleanAbsolute(path));
+    if (found == files.constEnd()) {
+        error = QStringLiteral("No such file or directory");
+        return false;
+    }
+    if (found.value().size() > limit) {
+        error = disk_files::tooLarge(limit);
+        return false;
+    }
+    bytes = found.value();
+    return true;
+}
+
+bool picker_ma_memory_files::write(const QString& path, const QByteArray& bytes, QString& error) {
+    Q_UNUSED(error)
+    files.insert(cleanAbsolute(path), bytes);
+    return true;
+}
+
+QString resolveReferencePath(const QString& path, const QString& scenePath,
+                             const picker_ma_files& files) {
     const QString expanded = expandEnvironment(path);
     const QDir sceneDir = QFileInfo(scenePath).absoluteDir();
     const QStringList candidates{expanded, path, sceneDir.filePath(expanded),
                                  sceneDir.filePath(QFileInfo(expanded).fileName())};
     for (const QString& candidate : candidates) {
-        if (!candidate.isEmpty() && QFileInfo(candidate).isFile())
+        if (!candidate.isEmpty() && files.isFile(candidate))
             return candidate;
     }
     return QString();
 }
 
-picker_ma_result parseMayaAscii(const QByteArray& bytes, const QString& path,
-                                picker_ma_scene& scene) {
+picker_ma_result parseMayaAsciiFile(const QByteArray& bytes, const QString& path,
+                                    picker_ma_scene& scene) {
     file_contents contents;
-    picker_ma_result result = parseContents(bytes, path, contents);
+    picker_ma_result result;
+    result.error = parseContents(bytes, path, contents);
+    if (result.ok())
+        scene = sceneOf(contents);
+    return result;
+}
+
+picker_ma_result parseMayaAscii(const QByteArray& bytes, const QString& path,
+                                picker_ma_scene& scene, const picker_ma_files& files) {
+    file_contents contents;
+    picker_ma_result result;
+    result.error = parseContents(bytes, path, contents);
     if (!result.ok())
         return result;
-    picker_ma_scene loaded;
-    loaded.nodes = contents.nodes;
-    loaded.references = contents.references;
-    loaded.fileInfo = contents.fileInfo;
-    reference_loader loader(loaded, result);
-    for (const picker_ma_reference& reference : contents.references)
-        loader.warn(loader.load(reference.ns, reference.path, path, 0));
+    picker_ma_scene loaded = sceneOf(contents);
+    reference_loader loader(loaded, result, files, bytes.size());
+    loader.enter(path);
+    for (int i = 0; i < contents.references.size(); ++i)
+        loader.report(
+            loader.load(contents.references.at(i), path, contents.referenceLines.at(i), {}, 0));
     scene = loaded;
     return result;
 }
 
-picker_ma_result readMayaAscii(const QString& path, picker_ma_scene& scene) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+picker_ma_result readMayaAscii(const QString& path, picker_ma_scene& scene,
+                               const picker_ma_files& files) {
+    QByteArray bytes;
+    QString cause;
+    if (!files.read(path, picker_ma_limit::scene_bytes, bytes, cause)) {
         picker_ma_result result;
-        result.error = QStringLiteral("%1: %2").arg(path, file.errorString());
+        result.error = QStringLiteral("%1: %2").arg(path, cause);
         return result;
     }
-    return parseMayaAscii(file.readAll(), path, scene);
+    return parseMayaAscii(bytes, path, scene, files);
 }
 
 picker_ma_result referenceMayaAscii(const QString& ns, const QString& path,
-                                    const QString& scenePath, picker_ma_scene& scene) {
+                                    const QString& scenePath, picker_ma_scene& scene,
+                                    const picker_ma_files& files) {
     picker_ma_result result;
     picker_ma_scene loaded = scene;
-    reference_loader loader(loaded, result);
-    result.error = loader.load(ns, path, scenePath, 0);
+    reference_loader loader(loaded, result, files, 0);
+    if (!scenePath.isEmpty())
+        loader.enter(scenePath);
+    result.error = loader.load(picker_ma_reference{ns, path}, scenePath, 0, {}, 0).message;
     if (!result.ok())
         return result;
     loaded.references.append(picker_ma_reference{ns, path});
     scene = loaded;
     return result;
-}
-
-QByteArray mayaAsciiBytes(const picker_ma_scene& scene, const QString& fileName) {
-    QString text =
-        QStringLiteral("//Maya ASCII 2025 scene\n//Name: %1\n//Codeset: UTF-8\n").arg(fileName);
-    text += QLatin1String("requires maya \"2025\";\n");
-    for (const picker_ma_reference& reference : scene.references)
-        text += QStringLiteral("file -r -ns %1 %2;\n")
-                    .arg(quoted(reference.ns), quoted(reference.path));
-    for (const QString& node : scene.nodes)
-        text += QStringLiteral("createNode transform -n %1;\n").arg(quoted(node));
-    for (const auto& entry : scene.fileInfo)
-        text += QStringLiteral("fileInfo %1 %2;\n")
-                    .arg(quoted(entry.first), quotedInPieces(entry.second));
-    text += QStringLiteral("// End of %1\n").arg(fileName);
-    return text.toUtf8();
-}
-
-bool writeMayaAscii(const QString& path, const picker_ma_scene& scene, QString* error) {
-    QString cause;
-    if (writeFileWhole(path, mayaAsciiBytes(scene, QFileInfo(path).fileName()), &cause))
-        return true;
-    if (error)
-        *error = QStringLiteral("%1: %2").arg(path, cause);
-    return false;
 }

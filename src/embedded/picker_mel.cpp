@@ -1,10 +1,14 @@
 #include "picker_mel.h"
 
+#include <algorithm>
+
 namespace {
 
 const QString notAnArray = QStringLiteral("(kInvalidParameter): Argument is not a string array");
 const QString notAString = QStringLiteral("(kInvalidParameter): Argument is not a string");
 const QString noSuchArgument = QStringLiteral("(kInvalidParameter): Argument index out of range");
+// Blocks inside procedure bodies; deeper only comes from text made to be hostile.
+constexpr int max_block_depth = 256;
 
 void set_status(host_status* status, const host_status& value) {
     if (status)
@@ -37,8 +41,11 @@ public:
                 continue;
             }
             picker_mel_statement statement;
-            if (!read_statement(statement, script.error))
+            statement.line = line_at(pos_);
+            if (!read_statement(statement, script.error)) {
+                script.errorLine = line_at(std::min(pos_, int(text_.size())));
                 break;
+            }
             script.statements.append(statement);
         }
         if (!script.error.isEmpty())
@@ -48,6 +55,19 @@ public:
 
 private:
     bool at_end() const { return pos_ >= text_.size(); }
+
+    // Positions are asked for in the order the text is read; counting goes on from the last.
+    int line_at(int pos) {
+        if (pos < counted_) {
+            counted_ = 0;
+            line_ = 1;
+        }
+        for (; counted_ < pos; ++counted_) {
+            if (text_.at(counted_) == QLatin1Char('\n'))
+                ++line_;
+        }
+        return line_;
+    }
     QChar peek(int ahead = 0) const {
         const int at = pos_ + ahead;
         return at < text_.size() ? text_.at(at) : QChar();
@@ -173,10 +193,26 @@ private:
         skip_blanks_and_comments();
         if (peek() == QLatin1Char('('))
             return read_call_arguments(statement, error);
+        // print is MEL's own, with one value: a second word is the next statement run on.
+        const bool oneValue = first == QLatin1String("print");
         while (true) {
             skip_blanks_and_comments();
-            if (at_end() || peek() == QLatin1Char(';'))
+            if (at_end() || peek() == QLatin1Char(';')) {
+                if (oneValue && statement.arguments.isEmpty()) {
+                    error = QStringLiteral("Syntax error: print needs a value.");
+                    return false;
+                }
                 return true;
+            }
+            if (oneValue && !statement.arguments.isEmpty()) {
+                const int nextStart = pos_;
+                picker_mel_word next;
+                read_word(next, error);
+                pos_ = nextStart;
+                error = QStringLiteral("Syntax error at \"%1\": is a ';' missing before it?")
+                            .arg(next.text.left(40));
+                return false;
+            }
             picker_mel_word word;
             if (!read_word(word, error))
                 return false;
@@ -257,9 +293,11 @@ private:
                 continue;
             }
             ++pos_;
-            if (c == QLatin1Char('{'))
-                ++depth;
-            else if (c == QLatin1Char('}') && --depth == 0)
+            if (c == QLatin1Char('{') && ++depth > max_block_depth) {
+                error = QStringLiteral("Blocks nested more than %1 deep.").arg(max_block_depth);
+                return false;
+            }
+            if (c == QLatin1Char('}') && --depth == 0)
                 return true;
         }
         error = QStringLiteral("Unterminated procedure body.");
@@ -268,6 +306,8 @@ private:
 
     const QString& text_;
     int pos_ = 0;
+    int counted_ = 0;
+    int line_ = 1;
 };
 
 } // namespace

@@ -40,6 +40,8 @@ struct picker_mel_word {
 
 // A statement: a command with its arguments, or a global procedure definition.
 struct picker_mel_statement {
+    // The line the statement starts on, from 1.
+    int line = 0;
     // Set for a "global proc" definition, whose body is not kept.
     QString definedProcedure;
     QString command;
@@ -50,9 +52,11 @@ struct picker_mel_script {
     QVector<picker_mel_statement> statements;
     // Empty when the whole text was understood; nothing of a text with an error runs.
     QString error;
+    // Where the error was found, from 1.
+    int errorLine = 0;
 };
 
 // Reads the small MEL subset that the picker itself issues: statements split on ';', comments,
-// command syntax with bare, quoted and backquoted words, the call form name("a", "b"), and
-// global procedure definitions.
+// command syntax with bare, quoted and backquoted words, the call form name("a", "b"), global
+// procedure definitions, and print with its one value.
 picker_mel_script picker_mel_parse(const QString& text);

@@ -4,6 +4,9 @@
 #include <QStringList>
 #include <QtGlobal>
 
+#include <memory>
+#include <utility>
+
 class QWidget;
 
 // A host call's outcome: success, or failure with the host's own error text.
@@ -32,9 +35,44 @@ public:
     virtual QStringList asStringArray(unsigned& index, host_status* status = nullptr) const = 0;
 };
 
+// The host's active selection in the host's own form, so that putting it back is exact:
+// components, order, and whatever the picker has no names for.
+class picker_selection_snapshot {
+public:
+    virtual ~picker_selection_snapshot() = default;
+    // Makes this the active selection again, as one change.
+    virtual host_status restore() = 0;
+};
+
+// What one call of the registered command leaves on the host's undo queue. The host keeps it
+// with the call and runs undo and redo as the user walks the queue, as Maya does with an
+// undoable MPxCommand.
+class picker_undo_step {
+public:
+    virtual ~picker_undo_step() = default;
+    virtual host_status undo() = 0;
+    virtual host_status redo() = 0;
+};
+using picker_undo_ptr = std::unique_ptr<picker_undo_step>;
+
+// A change of the active selection: undo puts back the selection before it, redo the one after.
+class picker_selection_change : public picker_undo_step {
+public:
+    picker_selection_change(std::unique_ptr<picker_selection_snapshot> before,
+                            std::unique_ptr<picker_selection_snapshot> after)
+        : before_(std::move(before)), after_(std::move(after)) {}
+    host_status undo() override { return before_->restore(); }
+    host_status redo() override { return after_->restore(); }
+
+private:
+    std::unique_ptr<picker_selection_snapshot> before_;
+    std::unique_ptr<picker_selection_snapshot> after_;
+};
+
 using picker_callback_id = quintptr;
 using picker_event_fn = void (*)(void* clientData);
-using picker_command_fn = host_status (*)(const picker_arg_list& args);
+// A call that changes the scene leaves its undo step in undo; one left empty is not undoable.
+using picker_command_fn = host_status (*)(const picker_arg_list& args, picker_undo_ptr& undo);
 
 enum class picker_list_adjustment { replace, add };
 
@@ -62,6 +100,8 @@ public:
 
     // The active selection as node names, as the host writes them, in selection order.
     virtual host_status activeSelection(QStringList& names) = 0;
+    // Null, with the reason in status, when the host cannot read its selection.
+    virtual std::unique_ptr<picker_selection_snapshot> saveSelection(host_status* status) = 0;
     virtual host_status selectByName(const QString& name, picker_list_adjustment adjustment) = 0;
     virtual host_status clearSelectionList() = 0;
 

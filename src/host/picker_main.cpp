@@ -37,6 +37,7 @@ constexpr int minimumExtent = 150;
 struct plugin_state {
     picker_host* host = nullptr;
     picker_window_factory windowFactory = nullptr;
+    picker_release_fn released = nullptr;
     QPointer<QDockWidget> window;
     QMutex mutex;
     QString path;
@@ -69,6 +70,46 @@ void remove_callback(picker_callback_id id, const char* message, host_status& st
     picker_main::report_error(status, message);
 }
 
+// Each failure is reported and none stops the others; status is the last removal's.
+void remove_callbacks(host_status& status) {
+    plugin_state& s = state();
+    remove_callback(s.selectionChangedId, "could not remove selectionChanged callback", status);
+    remove_callback(s.quitApplicationId, "could not remove the quitApplicaiton callback", status);
+    remove_callback(s.deleteAllId, "could not remove the deleteAll callback", status);
+    remove_callback(s.newSceneOpenedId, "could not remove the newSceneOpened callback", status);
+    remove_callback(s.sceneOpenedId, "could not remove the sceneOpened callback", status);
+}
+
+void forget_host() {
+    plugin_state& s = state();
+    s.host = nullptr;
+    s.windowFactory = nullptr;
+    s.released = nullptr;
+    s.path.clear();
+}
+
+// Changes the host's selection under the mutex, so that the host's notice of each single change
+// is ignored, tells the picker the outcome once, and leaves the change for the host's undo queue.
+template <typename Change>
+host_status change_selection(Change change, picker_undo_ptr& undo) {
+    plugin_state& s = state();
+    // Without a readable selection the change still happens; it only cannot be undone.
+    host_status saved;
+    std::unique_ptr<picker_selection_snapshot> before = s.host->saveSelection(&saved);
+    host_status status;
+    {
+        std::lock_guard<QMutex> guard(s.mutex);
+        status = change(*s.host);
+    }
+    std::unique_ptr<picker_selection_snapshot> after;
+    if (before)
+        after = s.host->saveSelection(&saved);
+    if (after)
+        undo = std::make_unique<picker_selection_change>(std::move(before), std::move(after));
+    picker_main::selectionChangedFn(nullptr);
+    return status;
+}
+
 void create_dock() {
     plugin_state& s = state();
     auto* mainWindow = qobject_cast<QMainWindow*>(s.host->mainWindow());
@@ -94,6 +135,11 @@ void create_dock() {
     picker_main::sceneOpenedFn(nullptr);
 }
 
+host_status not_done(const char* what) {
+    return host_status::failure(QStringLiteral("TalvoraPicker - the picker ") +
+                                QLatin1String(what));
+}
+
 host_status refuse_without_interface() {
     state().host->displayError(noInterface);
     return host_status::failure(noInterface);
@@ -117,16 +163,17 @@ picker_window_link* picker_main::window() {
     return dock ? dynamic_cast<picker_window_link*>(dock->widget()) : nullptr;
 }
 
-host_status picker_main::initialize(picker_host& host, picker_window_factory windowFactory) {
+host_status picker_main::initialize(picker_host& host, picker_window_factory windowFactory,
+                                    picker_release_fn released) {
     picker_init_resources();
     plugin_state& s = state();
     s.host = &host;
     s.windowFactory = windowFactory;
+    s.released = released;
 
     // A failed load is over for the host: nothing of it stays reachable.
-    const auto failed = [&s](const host_status& status) {
-        s.host = nullptr;
-        s.windowFactory = nullptr;
+    const auto failed = [](const host_status& status) {
+        forget_host();
         return status;
     };
     host_status status = host.openPlugin(vendor, version_, anyApiVersion);
@@ -190,19 +237,12 @@ host_status picker_main::uninitialize() {
     if (!status)
         return status;
 
-    remove_callback(s.selectionChangedId, "could not remove selectionChanged callback", status);
-    remove_callback(s.quitApplicationId, "could not remove the quitApplicaiton callback", status);
-    remove_callback(s.deleteAllId, "could not remove the deleteAll callback", status);
-    remove_callback(s.newSceneOpenedId, "could not remove the newSceneOpened callback", status);
-    remove_callback(s.sceneOpenedId, "could not remove the sceneOpened callback", status);
-
-    s.host = nullptr;
-    s.windowFactory = nullptr;
-    s.path.clear();
+    remove_callbacks(status);
+    forget_host();
     return status;
 }
 
-host_status picker_main::doIt(const picker_arg_list& args) {
+host_status picker_main::doIt(const picker_arg_list& args, picker_undo_ptr& undo) {
     if (!state().host)
         return host_status::failure(internalFailure);
     host_status status;
@@ -251,41 +291,33 @@ host_status picker_main::doIt(const picker_arg_list& args) {
         report_error(status, "could not parse the command");
         return status;
     }
-    return process_command(directive, directiveArgs);
+    return process_command(directive, directiveArgs, undo);
 }
 
-host_status picker_main::process_command(const QString& directive, const QStringList& args) {
+host_status picker_main::process_command(const QString& directive, const QStringList& args,
+                                         picker_undo_ptr& undo) {
     picker_host* host = state().host;
     if (!host)
         return host_status::failure(internalFailure);
-    if (directive == QLatin1String("clear")) {
-        host_status status;
-        {
-            std::lock_guard<QMutex> guard(state().mutex);
-            status = host->clearSelectionList();
-        }
-        selectionChangedFn(nullptr);
-        return status;
-    }
+    if (directive == QLatin1String("clear"))
+        return change_selection([](picker_host& h) { return h.clearSelectionList(); }, undo);
     if (directive == QLatin1String("select")) {
-        host_status status;
-        {
-            std::lock_guard<QMutex> guard(state().mutex);
-            if (args.isEmpty()) {
-                status = host->clearSelectionList();
-            } else {
+        return change_selection(
+            [&args](picker_host& h) {
+                if (args.isEmpty())
+                    return h.clearSelectionList();
+                host_status status;
                 int first = 0;
                 for (; first < args.size(); ++first) {
-                    status = host->selectByName(args.at(first), picker_list_adjustment::replace);
+                    status = h.selectByName(args.at(first), picker_list_adjustment::replace);
                     if (status)
                         break;
                 }
                 for (int index = first; index < args.size(); ++index)
-                    status = host->selectByName(args.at(index), picker_list_adjustment::add);
-            }
-        }
-        selectionChangedFn(nullptr);
-        return status;
+                    status = h.selectByName(args.at(index), picker_list_adjustment::add);
+                return status;
+            },
+            undo);
     }
     static const QStringList windowDirectives = {
         QStringLiteral("restore"), QStringLiteral("fetch_image"), QStringLiteral("bind"),
@@ -302,21 +334,20 @@ host_status picker_main::process_command(const QString& directive, const QString
         return rebind_picker(args, false);
     if (directive == QLatin1String("rebind"))
         return rebind_picker(args, true);
-    if (directive == QLatin1String("save")) {
-        if (link)
-            link->save_current();
-        return host_status();
-    }
+    // What failed the window has told the user; the command fails so that scripts stop there.
+    if (directive == QLatin1String("save"))
+        return !link || link->save_current() ? host_status() : not_done("was not saved");
     if (directive == QLatin1String("saveas")) {
-        if (link)
-            link->saveas_current();
-        return host_status();
+        if (args.size() > 1) {
+            const QString message = QStringLiteral("TalvoraPicker - saveas takes one file at most");
+            host->displayError(message);
+            return host_status::failure(message);
+        }
+        return !link || link->saveas_current(args.value(0)) ? host_status()
+                                                            : not_done("was not saved");
     }
-    if (directive == QLatin1String("open")) {
-        if (link)
-            link->load_pickers(args);
-        return host_status();
-    }
+    if (directive == QLatin1String("open"))
+        return !link || link->load_pickers(args) ? host_status() : not_done("did not all open");
     const QString message = QStringLiteral("TalvoraPicker - unknown directive: %1").arg(directive);
     host->displayError(message);
     return host_status::failure(message);
@@ -389,8 +420,19 @@ void picker_main::selectionChangedFn(void* clientData) {
 
 void picker_main::quitApplicationFn(void* clientData) {
     Q_UNUSED(clientData)
-    if (state().window)
+    plugin_state& s = state();
+    if (s.window)
         cleanup();
+    if (!s.host)
+        return;
+    // The host quits without unloading the plug-in: let go of it now, while it still answers,
+    // not at process exit after its own teardown. The command stays and refuses to run.
+    host_status status;
+    remove_callbacks(status);
+    const picker_release_fn released = s.released;
+    forget_host();
+    if (released)
+        released();
 }
 
 void picker_main::deleteAllFn(void* clientData) {

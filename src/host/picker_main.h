@@ -22,14 +22,20 @@ public:
     // Brings the front tab's background image in from the scene.
     virtual void fetchFrontImageData() = 0;
     virtual void setBackgroundImage(const QString& key, const QPixmap& image) = 0;
-    virtual void save_current() = 0;
-    virtual void saveas_current() = 0;
-    virtual void load_pickers(const QStringList& paths) = 0;
+    // False when the front tab could not be written.
+    virtual bool save_current() = 0;
+    // The front tab to path, or to a file the user chooses when path is empty. False when it
+    // could not be written; a choice cancelled writes nothing and is no failure.
+    virtual bool saveas_current(const QString& path) = 0;
+    // False when any of the files did not open.
+    virtual bool load_pickers(const QStringList& paths) = 0;
     virtual void rebindFront(const QStringList& namespaces, bool rebind) = 0;
 };
 
 // Builds the picker window inside the dock; the window must also be a picker_window_link.
 using picker_window_factory = QWidget* (*)(QDockWidget* dock);
+// Told when picker_main lets go of the host for good at quit, when the host unloads nothing.
+using picker_release_fn = void (*)();
 
 // The "TalvoraPicker" command and the plug-in's process-wide state. Everything here reaches the
 // host through the bridge handed to initialize().
@@ -39,11 +45,14 @@ public:
     static const QString version_;
 
     // The plug-in's load and unload steps.
-    static host_status initialize(picker_host& host, picker_window_factory windowFactory);
+    static host_status initialize(picker_host& host, picker_window_factory windowFactory,
+                                  picker_release_fn released = nullptr);
     static host_status uninitialize();
 
-    static host_status doIt(const picker_arg_list& args);
-    static host_status process_command(const QString& directive, const QStringList& args);
+    // "select" and "clear" leave their undo step in undo.
+    static host_status doIt(const picker_arg_list& args, picker_undo_ptr& undo);
+    static host_status process_command(const QString& directive, const QStringList& args,
+                                       picker_undo_ptr& undo);
     static host_status fetch_pickerdata(const QStringList& args);
     static host_status fetch_image(const QStringList& args);
     static host_status rebind_picker(const QStringList& args, bool rebind);

@@ -67,5 +67,17 @@ void picker_maya_command::setCommand(picker_command_fn command) {
 MStatus picker_maya_command::doIt(const MArgList& args) {
     if (!command_)
         return MS::kFailure;
-    return toMStatus(command_(picker_maya_arg_list(args)));
+    return toMStatus(command_(picker_maya_arg_list(args), undo_));
+}
+
+MStatus picker_maya_command::undoIt() {
+    return undo_ ? toMStatus(undo_->undo()) : MStatus(MS::kFailure);
+}
+
+MStatus picker_maya_command::redoIt() {
+    return undo_ ? toMStatus(undo_->redo()) : MStatus(MS::kFailure);
+}
+
+bool picker_maya_command::isUndoable() const {
+    return undo_ != nullptr;
 }

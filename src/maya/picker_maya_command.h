@@ -25,7 +25,8 @@ private:
     const MArgList& args_;
 };
 
-// The one command the plug-in registers; Maya creates an instance per call.
+// The one command the plug-in registers; Maya creates an instance per call, and keeps the
+// undoable ones on its undo queue.
 class picker_maya_command : public MPxCommand {
 public:
     static void* creator();
@@ -33,7 +34,12 @@ public:
     static void setCommand(picker_command_fn command);
 
     MStatus doIt(const MArgList& args) override;
+    MStatus undoIt() override;
+    MStatus redoIt() override;
+    // Asked after doIt: true when the call changed the selection.
+    bool isUndoable() const override;
 
 private:
     static picker_command_fn command_;
+    picker_undo_ptr undo_;
 };

@@ -19,28 +19,47 @@ namespace {
 host_status notOpen() {
     return host_status::failure(QStringLiteral("the plug-in function set is not open"));
 }
+
+// The selection as Maya holds it; restoring it is one change of the active list.
+class picker_maya_selection : public picker_selection_snapshot {
+public:
+    explicit picker_maya_selection(const MSelectionList& list) : list_(list) {}
+    host_status restore() override {
+        return toHostStatus(MGlobal::setActiveSelectionList(list_, MGlobal::kReplaceList));
+    }
+
+private:
+    MSelectionList list_;
+};
 } // namespace
 
-picker_maya_host::picker_maya_host(const MObject& plugin) : plugin_(plugin) {}
+picker_maya_host::entry_point::entry_point(picker_maya_host& host, MObject& plugin) : host_(host) {
+    host_.plugin_ = &plugin;
+}
+
+picker_maya_host::entry_point::~entry_point() {
+    host_.functionSet_.reset();
+    host_.plugin_ = nullptr;
+}
+
+picker_maya_host::picker_maya_host() = default;
 
 picker_maya_host::~picker_maya_host() = default;
 
-void picker_maya_host::setPluginObject(const MObject& plugin) {
-    functionSet_.reset();
-    plugin_ = plugin;
-}
-
 host_status picker_maya_host::openPlugin(const QString& vendor, const QString& version,
                                          const QString& requiredApiVersion) {
+    if (!plugin_)
+        return notOpen();
     const QByteArray vendorText = vendor.toUtf8();
     const QByteArray versionText = version.toUtf8();
     const QByteArray apiText = requiredApiVersion.toUtf8();
     MStatus status;
     auto functionSet = std::make_unique<MFnPlugin>(
-        plugin_, vendorText.constData(), versionText.constData(), apiText.constData(), &status);
+        *plugin_, vendorText.constData(), versionText.constData(), apiText.constData(), &status);
     if (!status)
         return toHostStatus(status);
     functionSet_ = std::move(functionSet);
+    loadPath_ = MQtUtil::toQString(functionSet_->loadPath());
     return {};
 }
 
@@ -65,9 +84,7 @@ host_status picker_maya_host::deregisterCommand(const QString& name) {
 }
 
 QString picker_maya_host::loadPath() const {
-    if (!functionSet_)
-        return QString();
-    return MQtUtil::toQString(functionSet_->loadPath());
+    return loadPath_;
 }
 
 picker_callback_id picker_maya_host::addEventCallback(const QString& event,
@@ -110,6 +127,17 @@ host_status picker_maya_host::activeSelection(QStringList& names) {
         names += MStringArrayToQStringList(strings);
     }
     return {};
+}
+
+std::unique_ptr<picker_selection_snapshot> picker_maya_host::saveSelection(host_status* status) {
+    MSelectionList list;
+    // In the order the user selected, where Maya tracks it: restoring keeps that order.
+    const MStatus read = MGlobal::getActiveSelectionList(list, true);
+    if (status)
+        *status = toHostStatus(read);
+    if (!read)
+        return nullptr;
+    return std::make_unique<picker_maya_selection>(list);
 }
 
 host_status picker_maya_host::selectByName(const QString& name, picker_list_adjustment adjustment) {

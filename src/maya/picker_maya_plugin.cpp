@@ -11,25 +11,40 @@
 #include <memory>
 
 namespace {
-// picker_main keeps a pointer to the bridge from load to unload.
+// picker_main keeps a pointer to the bridge from load until unload, or until Maya quits, which
+// unloads nothing.
 std::unique_ptr<picker_maya_host>& mayaHost() {
     static std::unique_ptr<picker_maya_host> host;
     return host;
 }
+
+void releaseMayaHost() {
+    mayaHost().reset();
+}
 } // namespace
 
 PLUGIN_EXPORT MStatus initializePlugin(MObject obj) {
-    mayaHost() = std::make_unique<picker_maya_host>(obj);
-    return toMStatus(picker_main::initialize(*mayaHost(), &picker_window::create));
+    auto host = std::make_unique<picker_maya_host>();
+    host_status status;
+    {
+        const picker_maya_host::entry_point entry(*host, obj);
+        status = picker_main::initialize(*host, &picker_window::create, &releaseMayaHost);
+    }
+    if (status)
+        mayaHost() = std::move(host);
+    return toMStatus(status);
 }
 
 PLUGIN_EXPORT MStatus uninitializePlugin(MObject obj) {
     if (!mayaHost())
         return MS::kFailure;
-    mayaHost()->setPluginObject(obj);
-    const MStatus status = toMStatus(picker_main::uninitialize());
+    host_status status;
+    {
+        const picker_maya_host::entry_point entry(*mayaHost(), obj);
+        status = picker_main::uninitialize();
+    }
     // A refused unload leaves the plug-in loaded and picker_main still on this bridge.
     if (!picker_main::host())
         mayaHost().reset();
-    return status;
+    return toMStatus(status);
 }

@@ -164,4 +164,105 @@ inline QByteArray tabStream() {
            hex("00000001 00000006 004c00650067 00000004 00620067 00000000 00000000");
 }
 
+// A shot as Maya 2024 writes it: a rig referenced with Maya's reference flags, requires with
+// node types, units, fileInfo, DAG nodes under parents, a curve's multi-line value, a script
+// node's escaped string, reference edits, select -ne, connections, a comment. Lines end with
+// newline (Maya on Windows writes "\r\n").
+inline QByteArray mayaShot(const char* newline = "\n") {
+    QByteArray text(
+        "//Maya ASCII 2024 scene\n"
+        "//Name: shot.ma\n"
+        "//Last modified: Tue, Mar 12, 2024 10:41:07 AM\n"
+        "//Codeset: UTF-8\n"
+        "file -rdi 1 -ns \"hero\" -rfn \"heroRN\" -op \"v=0;\" -typ \"mayaAscii\" "
+        "\"rigs/hero.ma\";\n"
+        "file -r -ns \"hero\" -dr 1 -rfn \"heroRN\" -op \"v=0;\" -typ \"mayaAscii\" "
+        "\"rigs/hero.ma\";\n"
+        "requires maya \"2024\";\n"
+        "requires -nodeType \"gameFbxExporter\" \"gameFbxExporter\" \"1.0\";\n"
+        "currentUnit -l centimeter -a degree -t film;\n"
+        "fileInfo \"application\" \"maya\";\n"
+        "fileInfo \"product\" \"Maya 2024\";\n"
+        "fileInfo \"osv\" \"Linux 5.15.0-91-generic #101-Ubuntu SMP x86_64\";\n"
+        "fileInfo \"UUID\" \"5B2E1C3A-4F1D-8E6B-2A9C-7D3F0E1B4C5A\";\n"
+        "createNode transform -s -n \"persp\";\n"
+        "\trename -uid \"A1B2C3D4-0000-0000-0000-000000000001\";\n"
+        "\tsetAttr \".v\" no;\n"
+        "\tsetAttr \".t\" -type \"double3\" 28 21 28 ;\n"
+        "createNode camera -s -n \"perspShape\" -p \"persp\";\n"
+        "\tsetAttr -k off \".v\" no;\n"
+        "\tsetAttr \".imn\" -type \"string\" \"persp\";\n"
+        "createNode transform -n \"set_grp\";\n"
+        "createNode transform -n \"crate\" -p \"set_grp\";\n"
+        "\tsetAttr \".t\" -type \"double3\" 0 1.5 -4 ;\n"
+        "createNode nurbsCurve -n \"crateShape\" -p \"crate\";\n"
+        "\tsetAttr -k off \".v\";\n"
+        "\tsetAttr \".cc\" -type \"nurbsCurve\" \n"
+        "\t\t1 4 0 no 3\n"
+        "\t\t5 0 1 2 3 4\n"
+        "\t\t5\n"
+        "\t\t-1 0 -1\n"
+        "\t\t1 0 -1\n"
+        "\t\t1 0 1\n"
+        "\t\t-1 0 1\n"
+        "\t\t-1 0 -1\n"
+        "\t\t;\n"
+        "createNode script -n \"sceneConfigurationScriptNode\";\n"
+        "\tsetAttr \".b\" -type \"string\" \"playbackOptions -min 1 -max 120 ;\\n// \\\"q\\\"; "
+        "x\\ty\";\n"
+        "createNode reference -n \"heroRN\";\n"
+        "\tsetAttr \".ed\" -type \"dataReferenceEdits\" \n"
+        "\t\t\"heroRN\"\n"
+        "\t\t\"heroRN\" 0\n"
+        "\t\t\"heroRN\" 1\n"
+        "\t\t2 \"|hero:rig_grp|hero:root_ctrl\" \"translate\" \" -type \\\"double3\\\" 0 0 5\";\n"
+        "lockNode -l 1 ;\n"
+        "select -ne :time1;\n"
+        "\tsetAttr \".o\" 1;\n"
+        "// a note a TD left\n"
+        "connectAttr \"crate.msg\" \":defaultRenderGlobals.sel\" -na;\n"
+        "// End of shot.ma\n");
+    return text.replace("\n", newline);
+}
+
+// The rig mayaShot() references, at rigs/hero.ma beside it.
+inline QByteArray mayaRig() {
+    return QByteArray("//Maya ASCII 2024 scene\n"
+                      "//Name: hero.ma\n"
+                      "requires maya \"2024\";\n"
+                      "createNode transform -n \"rig_grp\";\n"
+                      "createNode transform -n \"root_ctrl\" -p \"rig_grp\";\n"
+                      "createNode nurbsCurve -n \"root_ctrlShape\" -p \"root_ctrl\";\n"
+                      "\tsetAttr \".cc\" -type \"nurbsCurve\" \n"
+                      "\t\t1 1 0 no 3\n"
+                      "\t\t2 0 1\n"
+                      "\t\t2\n"
+                      "\t\t0 0 0\n"
+                      "\t\t1 0 0\n"
+                      "\t\t;\n"
+                      "// End of hero.ma\n");
+}
+
+// A scene's bytes with the picker's own fileInfo statements taken out, long values' pieces and
+// all: what a scene write must leave as it was.
+inline QByteArray withoutPickerLines(const QByteArray& scene) {
+    QByteArray kept;
+    bool inPicker = false;
+    for (int at = 0; at < scene.size();) {
+        int end = int(scene.indexOf('\n', at));
+        end = end < 0 ? int(scene.size()) : end + 1;
+        const QByteArray line = scene.mid(at, end - at);
+        at = end;
+        if (line.startsWith("fileInfo \"TalvoraPicker"))
+            inPicker = true;
+        else if (!inPicker || !line.startsWith("\t\t+ "))
+            inPicker = false;
+        if (!inPicker)
+            kept += line;
+        if (inPicker && line.trimmed().endsWith(';'))
+            inPicker = false;
+    }
+    return kept;
+}
+
 } // namespace picker_test_vectors

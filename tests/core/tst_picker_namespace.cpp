@@ -63,19 +63,28 @@ private slots:
         const QStringList none;
         QTest::newRow("a:b:ctrl gives a:b and a, sorted without case")
             << button_att_list{names({"B:x", "a:b:ctrl"})} << none << list({"a", "a:b", "B"})
-            << true << list({"a", "a:b", "B"}) << none << rows({{"B:x", "a:b:ctrl"}});
+            << true << list({"", "", ""}) << list({"a", "a:b", "B"}) << rows({{"B:x", "a:b:ctrl"}});
+        QTest::newRow("a scene without namespaces offers the root")
+            << button_att_list{names({"B:x", "a:b:ctrl"})} << none << list({"a", "a:b", "B"})
+            << true << list({"", "", ""}) << none << rows({{"x", "ctrl"}});
+        QTest::newRow("DAG paths segment by segment, in names and scripts")
+            << button_att_list{names({"|hero:grp|hero:ctrl.cv[0:3]"}),
+                               mel("select \"|hero:grp|hero:hand\";")}
+            << list({"villain"}) << list({"hero"}) << true << list({"villain"}) << list({"villain"})
+            << rows({{"|villain:grp|villain:ctrl.cv[0:3]"},
+                     {"select \"|villain:grp|villain:hand\";"}});
         QTest::newRow("colon inside brackets ignored")
             << button_att_list{names({"ns:obj.vtx[3:5]"})} << list({"ns"}) << list({"ns"}) << false
             << list({"ns"}) << list({"other"}) << rows({{"other:obj.vtx[3:5]"}});
         QTest::newRow("quoted name after // ignored until the line ends")
             << button_att_list{mel("select -cl; // \"hide:a\"\nselect \"show:b\";")} << none
-            << list({"show"}) << true << list({"show"}) << none
+            << list({"show"}) << true << list({""}) << list({"show"})
             << rows({{"select -cl; // \"hide:a\"\nselect \"show:b\";"}});
         QTest::newRow("quoted name after # ignored, in MEL too")
             << button_att_list{button(buttonAttributes::Command, buttonAttributes::Python,
                                       {"cmds.select('x') # 'hide:a'"}),
                                mel("# \"hide:b\"\r'c:d'")}
-            << none << list({"c"}) << true << list({"c"}) << none
+            << none << list({"c"}) << true << list({""}) << list({"c"})
             << rows({{"cmds.select('x') # 'hide:a'"}, {"# \"hide:b\"\r'c:d'"}});
         QTest::newRow("char1 finds shot3:char1")
             << button_att_list{names({"char1:arm"})} << list({"shot3", "shot3:char1"})
@@ -83,18 +92,18 @@ private slots:
             << rows({{"shot3:char1:arm"}});
         QTest::newRow("empty target maps to the root")
             << button_att_list{names({"char1:arm"}), mel("select \"char1:leg\";")}
-            << list({"shot3"}) << list({"char1"}) << true << list({"char1"}) << list({""})
+            << list({"shot3"}) << list({"char1"}) << true << list({"shot3"}) << list({""})
             << rows({{"arm"}, {"select \"leg\";"}});
         QTest::newRow("later from entry wins")
             << button_att_list{names({"a:b:ctrl", "a:x"})} << none << list({"a", "a:b"}) << true
-            << list({"a", "a:b"}) << list({"n", "m"}) << rows({{"m:ctrl", "n:x"}});
+            << list({"", ""}) << list({"n", "m"}) << rows({{"m:ctrl", "n:x"}});
         QTest::newRow("char1: leaves char10: alone")
             << button_att_list{names({"char1:arm", "char10:leg"})} << none
-            << list({"char1", "char10"}) << true << list({"char1", "char10"})
-            << list({"c2", "char10"}) << rows({{"c2:arm", "char10:leg"}});
+            << list({"char1", "char10"}) << true << list({"", ""}) << list({"c2", "char10"})
+            << rows({{"c2:arm", "char10:leg"}});
         QTest::newRow("blank-before-name quirk: second name's namespace matches nothing")
             << button_att_list{mel("select \"a:x b:y\";")} << list({"a", "b"}) << list({" b", "a"})
-            << true << list({" b", "a"}) << list({"c", "a"}) << rows({{"select \"a:x b:y\";"}});
+            << true << list({"a", "a"}) << list({"c", "a"}) << rows({{"select \"a:x b:y\";"}});
     }
 
     void bindThroughTheDialog() {
@@ -114,7 +123,8 @@ private slots:
         for (const QString& ns : used) {
             const namespace_choice choice = namespaceChoice(ns, available);
             initial.append(choice.items.value(choice.current));
-            // Whatever is preselected, every scene namespace stays on offer.
+            // Whatever is preselected, the root and every scene namespace stay on offer.
+            QVERIFY(choice.items.contains(QString()));
             for (const QString& scene : available)
                 QVERIFY(choice.items.contains(scene));
         }

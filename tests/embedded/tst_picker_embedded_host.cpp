@@ -15,7 +15,7 @@ picker_embedded_host* currentHost = nullptr;
 // What the registered test command was handed, slot by slot: "s:text" or "a:[x,y]".
 QStringList receivedSlots;
 
-host_status record_arguments(const picker_arg_list& args) {
+host_status record_arguments(const picker_arg_list& args, picker_undo_ptr&) {
     for (unsigned index = 0; index < args.length(); ++index) {
         host_status status;
         const QString text = args.asString(index, &status);
@@ -118,6 +118,17 @@ private slots:
             << words("root prop:box") << words("s:list a:[root,prop:box]");
         QTest::newRow("ls, pattern") << testCommand + " list `ls \"*:*_ctrl\"`"_q << none << none
                                      << words("s:list a:[hero:L_hand_ctrl]");
+        // The undo queue as MEL walks it: selections go on it, a new one drops what was undone,
+        // and a new scene starts afresh.
+        QTest::newRow("undo and redo of selects")
+            << "select -r root; select -add prop:box; select -cl; undo; undo; redo"_q << none
+            << words("root prop:box") << none;
+        QTest::newRow("a new select drops the undone")
+            << "select -r root; select -add prop:box; undo; select -r prop:box; undo; undo"_q
+            << none << none << none;
+        QTest::newRow("a new scene, nothing to undo")
+            << "select -r root; file -new -f; undo"_q
+            << QStringList{"// Warning: There are no more commands to undo."_q} << none << none;
         QTest::newRow("error inside a backquote stops the command")
             << testCommand + " bind `nonesuch`"_q
             << QStringList{"// Error: Cannot find procedure \"nonesuch\"."_q} << none << none;
@@ -150,8 +161,8 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QStringList>("statements"); // none: the text is refused whole
 
-        QTest::newRow("escapes") << "print \"q\\\"b\\\\n\\nt\\tx\\y\" \"\""_q
-                                 << QStringList{"print q:q\"b\\n\nt\tx"_q + "y q:"_q};
+        QTest::newRow("escapes") << "select \"q\\\"b\\\\n\\nt\\tx\\y\" \"\""_q
+                                 << QStringList{"select q:q\"b\\n\nt\tx"_q + "y q:"_q};
         QTest::newRow("backquote with quotes inside")
             << "TalvoraPicker restore `fileInfo -q \"TalvoraPickerData\"`;"_q
             << QStringList{"TalvoraPicker b:restore `:fileInfo -q \"TalvoraPickerData\""_q};
@@ -169,6 +180,12 @@ private slots:
         QTest::newRow("text after a call") << "TalvoraPicker(\"save\") x"_q << QStringList();
         QTest::newRow("unterminated procedure")
             << "global proc f() { print \"x\";"_q << QStringList();
+        QTest::newRow("print takes one value: a ';' missing")
+            << "print \"a\"\nprint \"b\";"_q << QStringList();
+        QTest::newRow("blocks nested too deep")
+            << "global proc f() "_q + QString(300, QLatin1Char('{')) +
+                   QString(300, QLatin1Char('}'))
+            << QStringList();
     }
 
     void parseMel() {
@@ -211,6 +228,18 @@ private slots:
         QTest::newRow("broken statement names its line")
             << header + "createNode transform -n \"root\";\nfileInfo \"k\";\n"
             << file_list() << none << none << none << none << 0 << "scene.ma:4:"_q;
+        const QStringList shotInfo{
+            "application"_q, "maya"_q,
+            "product"_q,     "Maya 2024"_q,
+            "osv"_q,         "Linux 5.15.0-91-generic #101-Ubuntu SMP x86_64"_q,
+            "UUID"_q,        "5B2E1C3A-4F1D-8E6B-2A9C-7D3F0E1B4C5A"_q};
+        for (const char* newline : {"\n", "\r\n"})
+            QTest::newRow(newline[0] == '\r' ? "Maya's shot, Windows line ends" : "Maya's shot")
+                << mayaShot(newline) << file_list{{"rigs/hero.ma"_q, mayaRig()}}
+                << words("persp perspShape set_grp crate crateShape sceneConfigurationScriptNode")
+                << words("hero rigs/hero.ma")
+                << words("hero:rig_grp hero:root_ctrl hero:root_ctrlShape") << shotInfo << 0
+                << QString();
     }
 
     void readAndWrite() {
@@ -246,16 +275,104 @@ private slots:
         QCOMPARE(pairs(read.fileInfo), info);
         QCOMPARE(int(result.warnings.size()), warnings);
 
-        // What is written reads back the same, references and all.
+        // Written back unchanged, every byte is as it was.
         const QString copy = dir.filePath("copy.ma"_q);
         QString writeError;
-        QVERIFY2(writeMayaAscii(copy, read, &writeError), qPrintable(writeError));
-        picker_ma_scene again;
-        QVERIFY(readMayaAscii(copy, again).ok());
-        QCOMPARE(again.nodes, read.nodes);
-        QCOMPARE(again.references, read.references);
-        QCOMPARE(again.referencedNodes, read.referencedNodes);
-        QCOMPARE(again.fileInfo, read.fileInfo);
+        QVERIFY2(writeMayaAscii(copy, read, QString(), &writeError), qPrintable(writeError));
+        QCOMPARE(readBytes(copy), scene);
+    }
+
+    // Hostile scenes against their limits: each stops with a message naming file and line, and
+    // what was read before it stays.
+    void limits_data() {
+        QTest::addColumn<file_list>("files");
+        QTest::addColumn<QString>("error");      // the scene refused whole
+        QTest::addColumn<QStringList>("errors"); // the scene read, not all it references
+        QTest::addColumn<int>("nodes");          // its own and the references' together
+
+        const auto referencing = [](const QStringList& paths, const QByteArray& more) {
+            QByteArray text = header;
+            for (int i = 0; i < paths.size(); ++i)
+                text += "file -r -ns \"n" + QByteArray::number(i) + "\" \"" + paths.at(i).toUtf8() +
+                        "\";\n";
+            return text + more;
+        };
+        const QByteArray node = "createNode transform -n \"x\";\n";
+        QTest::newRow("a reference cycle, named once")
+            << file_list{{"scene.ma"_q, referencing({"b.ma"_q}, node)},
+                         {"b.ma"_q, referencing({"scene.ma"_q, "scene.ma"_q}, node)}}
+            << QString() << QStringList{"reference cycle: scene.ma \u2192 b.ma \u2192 scene.ma"_q}
+            << 2;
+        QTest::newRow("a scene referencing itself twice")
+            << file_list{{"scene.ma"_q, referencing({"scene.ma"_q, "scene.ma"_q}, node)}}
+            << QString() << QStringList{"reference cycle: scene.ma \u2192 scene.ma"_q} << 1;
+        file_list deep{{"scene.ma"_q, referencing({"d1.ma"_q}, node)}};
+        for (int i = 1; i <= 17; ++i)
+            deep.append({"d%1.ma"_q.arg(i), referencing({"d%1.ma"_q.arg(i + 1)}, node)});
+        QTest::newRow("references nested too deep")
+            << deep << QString()
+            << QStringList{"/s/d16.ma:3: references nested more than 16 deep; namespace "
+                           "\"n0:n0:n0:n0:n0:n0:n0:n0:n0:n0:n0:n0:n0:n0:n0:n0:n0\" is left out."_q}
+            << 17;
+        // Each file references the next twice: 2046 references from twelve short files.
+        file_list tree{{"scene.ma"_q, referencing({"t1.ma"_q, "t1.ma"_q}, node)}};
+        for (int i = 1; i <= 11; ++i)
+            tree.append({"t%1.ma"_q.arg(i),
+                         i < 11 ? referencing({"t%1.ma"_q.arg(i + 1), "t%1.ma"_q.arg(i + 1)}, node)
+                                : header + node});
+        QTest::newRow("too many references")
+            << tree << QString()
+            << QStringList{"/s/t10.ma:3: the scene loads more than 1000 references; no more "
+                           "are loaded."_q}
+            << 1001;
+        QByteArray rig = header;
+        for (int i = 0; i < 1001; ++i)
+            rig += "createNode transform -n \"c" + QByteArray::number(i) + "\";\n";
+        QStringList rigs;
+        for (int i = 0; i < 1000; ++i)
+            rigs.append("rig.ma"_q);
+        QTest::newRow("too many nodes")
+            << file_list{{"scene.ma"_q, referencing(rigs, QByteArray())}, {"rig.ma"_q, rig}}
+            << QString()
+            << QStringList{"/s/scene.ma:1002: the scene has more than 1000000 nodes; no more "
+                           "are loaded."_q}
+            << 1000000;
+        QTest::newRow("a damaged reference names its own line; the rest loads")
+            << file_list{{"scene.ma"_q, referencing({"bad.ma"_q, "good.ma"_q}, node)},
+                         {"bad.ma"_q, header + "createNode;\n"},
+                         {"good.ma"_q, header + node}}
+            << QString() << QStringList{"/s/bad.ma:3: createNode needs a node type"_q} << 2;
+        QTest::newRow("a line too long")
+            << file_list{{"scene.ma"_q, header + "//" + QByteArray(64 << 20, 'x') + "\n" + node}}
+            << "/s/scene.ma:3: a line longer than 67108864 bytes"_q << QStringList() << 0;
+        QTest::newRow("a string too long")
+            << file_list{{"scene.ma"_q, header + "fileInfo \"k\" \"" + QByteArray(32 << 20, 'x') +
+                                            "\"\n+ \"" + QByteArray((32 << 20) + 1, 'x') + "\";\n"}}
+            << "/s/scene.ma:3: a string longer than 67108864 bytes"_q << QStringList() << 0;
+        QByteArray images = header;
+        for (int i = 0; i <= 1000; ++i)
+            images += "fileInfo \"TalvoraPickerImage_" + QByteArray::number(i) + "\" \"\";\n";
+        QTest::newRow("too many background images")
+            << file_list{{"scene.ma"_q, images}}
+            << "/s/scene.ma:1003: more than 1000 picker background images stored"_q << QStringList()
+            << 0;
+    }
+
+    void limits() {
+        QFETCH(file_list, files);
+        QFETCH(QString, error);
+        QFETCH(QStringList, errors);
+        QFETCH(int, nodes);
+        picker_ma_memory_files memory;
+        for (const auto& file : files)
+            memory.files.insert("/s/"_q + file.first, file.second);
+
+        picker_ma_scene read;
+        read.nodes = QStringList{"untouched"_q};
+        const picker_ma_result result = readMayaAscii("/s/scene.ma"_q, read, memory);
+        QCOMPARE(result.error, error);
+        QCOMPARE(result.errors, errors);
+        QCOMPARE(int(read.nodes.size() + read.referencedNodes.size()), error.isEmpty() ? nodes : 1);
     }
 
     void hostSavesAndOpensTheScene() {

@@ -34,10 +34,18 @@ public:
     }
     void fetchFrontImageData() override { calls << "fetchFrontImageData"_q; }
     void setBackgroundImage(const QString& key, const QPixmap&) override { calls << key; }
-    void save_current() override { calls << "save_current"_q; }
-    void saveas_current() override { calls << "saveas_current"_q; }
-    void load_pickers(const QStringList& paths) override {
+    bool save_current() override {
+        calls << "save_current"_q;
+        return true;
+    }
+    bool saveas_current(const QString& path) override {
+        calls << "saveas_current:"_q + path;
+        return true;
+    }
+    // A file named "missing" does not open.
+    bool load_pickers(const QStringList& paths) override {
         calls << "load_pickers:"_q + paths.join(QLatin1Char('|'));
+        return !paths.contains("missing"_q);
     }
     void rebindFront(const QStringList& namespaces, bool rebind) override {
         calls << "rebindFront:%1:%2"_q.arg(namespaces.join(QLatin1Char(','))).arg(rebind ? 1 : 0);
@@ -189,6 +197,12 @@ private slots:
             << "select b nope"_q << false << "setSelection:b"_q << QString();
         QTest::newRow("open") << "open \"/p/a.pkr\" \"/p/b c.pkr\""_q << true
                               << "load_pickers:/p/a.pkr|/p/b c.pkr"_q << QString();
+        QTest::newRow("open fails with a file that does not")
+            << "open a missing"_q << false << "load_pickers:a|missing"_q << QString();
+        QTest::newRow("saveas takes a file")
+            << "saveas \"/p/o.pkr\""_q << true << "saveas_current:/p/o.pkr"_q << QString();
+        QTest::newRow("saveas takes one file at most")
+            << "saveas a b"_q << false << QString() << "saveas takes one file at most"_q;
         QTest::newRow("rebind") << "rebind `picker_ListNamespaces`;"_q << true
                                 << "rebindFront:hero,hero:sub:1"_q << QString();
         QTest::newRow("restore not compressed")
@@ -212,6 +226,32 @@ private slots:
         QCOMPARE(host_->scriptLog().filter("// Error: "_q),
                  error.isEmpty() ? QStringList()
                                  : QStringList{"// Error: TalvoraPicker - "_q + error});
+    }
+
+    // A pick is one step on the host's undo queue, among the user's own selections, and the
+    // buttons follow each step back and forth.
+    void picksUndoLikeSelections_data() {
+        QTest::addColumn<QString>("mel");
+        QTest::addColumn<QStringList>("selection");
+        QTest::newRow("pick undone")
+            << "select -r b; TalvoraPicker select c hero:x; undo"_q << QStringList{"b"_q};
+        QTest::newRow("clear undone")
+            << "select -r b c; TalvoraPicker clear; undo"_q << QStringList{"b"_q, "c"_q};
+        QTest::newRow("pick redone")
+            << "select -r b; TalvoraPicker select c; undo; redo"_q << QStringList{"c"_q};
+        QTest::newRow("picks among selects")
+            << "TalvoraPicker select c; select -add b; TalvoraPicker select hero:x; undo; undo"_q
+            << QStringList{"c"_q};
+    }
+
+    void picksUndoLikeSelections() {
+        QFETCH(QString, mel);
+        QFETCH(QStringList, selection);
+        test_window* window = openWindow();
+        QVERIFY(window);
+        QVERIFY(host_->executeCommand(mel).ok());
+        QCOMPARE(host_->selection(), selection);
+        QCOMPARE(window->calls.last(), "setSelection:"_q + selection.join(QLatin1Char(',')));
     }
 
     void settingsAppliedAndStored_data() {
@@ -238,6 +278,9 @@ private slots:
         host_->quit();
         QVERIFY(!picker_main::dock());
         QVERIFY(!lastWindow);
+        // The host quits without unloading: nothing calls into the picker any more.
+        QVERIFY(!picker_main::host());
+        QCOMPARE(host_->callbackCount("SelectionChanged"_q), 0);
         QCOMPARE(settings().value("pickerSize"_q).toSize(), QSize(210, 220));
         QCOMPARE(settings().value("pickerPosition"_q).toPoint(), QPoint(50, 60));
     }

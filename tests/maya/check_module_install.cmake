@@ -1,5 +1,7 @@
-# Configures the whole project against the stand-in devkit in fresh build trees, builds and
-# installs the Maya module, and checks the installed tree and the module file's exact text.
+# Follows docs/install-in-maya.md against the stand-in devkit laid out as Autodesk ships it (the
+# headers and Qt.tgz in the devkit, the libraries in the Maya installation): configures the whole
+# project in fresh build trees, builds, installs and packs the Maya module, and checks the
+# installed tree, the module file's exact text, the shelf's MEL and the release archive.
 # In: SOURCE_DIR, DEVKIT, WORK_DIR, GENERATOR, CXX_COMPILER, CXX_LAUNCHER, CXX_VERSION, QT_MAJOR,
 # QT_DIR, QT_VERSION, VERSION (the project's); for Qt 5 also QT_INCLUDE_DIR, QT_LIBRARIES and QT_TOOLS
 # (paths joined with "|").
@@ -10,6 +12,7 @@ function(run_checked)
     if(NOT result EQUAL 0)
         message(FATAL_ERROR "failed (${result}): ${ARGN}\n${output}")
     endif()
+    set(output "${output}" PARENT_SCOPE)
 endfunction()
 
 function(expect_text path expected)
@@ -19,42 +22,49 @@ function(expect_text path expected)
     endif()
 endfunction()
 
+# configure(BUILD MAYA_LOCATION args...): a fresh configure as a user runs it, with MAYA_LOCATION
+# set ("" for unset) and nothing else of Maya's in the environment; sets result and output (one
+# line, blanks folded).
+function(configure build maya_location)
+    set(location --unset=MAYA_LOCATION)
+    if(maya_location)
+        set(location MAYA_LOCATION=${maya_location})
+    endif()
+    execute_process(
+        COMMAND ${CMAKE_COMMAND} -E env --unset=DEVKIT_LOCATION ${location}
+            ${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${build}" -G "${GENERATOR}"
+            -DCMAKE_CXX_COMPILER=${CXX_COMPILER} "-DCMAKE_CXX_COMPILER_LAUNCHER=${CXX_LAUNCHER}"
+            -DCMAKE_BUILD_TYPE=Release -DPICKER_TESTS=OFF -DPICKER_BENCH=OFF ${ARGN}
+        RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    string(REGEX REPLACE "[ \t\n]+" " " output "${output}")
+    set(result "${result}" PARENT_SCOPE)
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+# expect_refused(WHAT MAYA_LOCATION PATTERN args...): the configure stops and says PATTERN.
+function(expect_refused what maya_location pattern)
+    configure("${WORK_DIR}/refused" "${maya_location}" ${ARGN})
+    if(result EQUAL 0 OR NOT output MATCHES "${pattern}")
+        message(FATAL_ERROR "${what} was not refused as expected:\n${output}")
+    endif()
+    file(REMOVE_RECURSE "${WORK_DIR}/refused")
+endfunction()
+
+function(expect_cached build variable expected)
+    file(STRINGS "${build}/CMakeCache.txt" line REGEX "^${variable}:")
+    string(REGEX REPLACE "^[^=]*=" "" value "${line}")
+    if(NOT value STREQUAL expected)
+        message(FATAL_ERROR "${variable} is ${value}, not ${expected}")
+    endif()
+endfunction()
+
 file(REMOVE_RECURSE "${WORK_DIR}")
-set(configure_args -G "${GENERATOR}" -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
-    "-DCMAKE_CXX_COMPILER_LAUNCHER=${CXX_LAUNCHER}" -DMAYA_DEVKIT=${DEVKIT} -DPICKER_TESTS=OFF
-    -DPICKER_BENCH=OFF)
-
-# The stand-in is Maya 2025, which runs Qt 6: a Qt 5 configuration must stop and say what to do.
-set(qt5_args -DPICKER_QT_MAJOR=5)
-if(QT_MAJOR EQUAL 5)
-    list(APPEND qt5_args -DQt5_DIR=${QT_DIR})
-endif()
-execute_process(
-    COMMAND ${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${WORK_DIR}/qt5" ${configure_args} ${qt5_args}
-    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
-string(REGEX REPLACE "[ \t\n]+" " " output "${output}")
-if(result EQUAL 0 OR NOT output MATCHES
-        "Maya 2025 runs Qt 6, but this build uses Qt 5\\. Configure with -DPICKER_QT_MAJOR=6")
-    message(FATAL_ERROR "a Qt 5 build against Maya 2025 was not refused:\n${output}")
-endif()
-
-# A devkit named explicitly but missing its parts is a configure error that names them.
-file(MAKE_DIRECTORY "${WORK_DIR}/not-a-devkit/include")
-execute_process(
-    COMMAND ${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${WORK_DIR}/bad" -G "${GENERATOR}"
-        -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DMAYA_DEVKIT=${WORK_DIR}/not-a-devkit
-        -DPICKER_TESTS=OFF -DPICKER_BENCH=OFF -DPICKER_QT_MAJOR=${QT_MAJOR}
-        -DQt${QT_MAJOR}_DIR=${QT_DIR}
-    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
-string(REGEX REPLACE "[ \t\n]+" " " output "${output}")
-set(missing "include/maya/MTypes\\.h, lib/libOpenMaya\\.so, lib/libOpenMayaUI\\.so, lib/libFoundation\\.so")
-if(result EQUAL 0 OR NOT output MATCHES "is not a Maya devkit: it has no ${missing}")
-    message(FATAL_ERROR "a folder that is no devkit was not refused by name:\n${output}")
-endif()
+find_program(TAR tar REQUIRED)
 
 if(QT_MAJOR EQUAL 5)
     # The stand-in dressed as Maya 2024: no Qt package, only the header archive, Maya's own
-    # libQt5*.so and the devkit's moc, rcc and uic; the build must put Qt together from those.
+    # libQt5*.so and the devkit's moc, rcc and uic; the build must put Qt together from those,
+    # and take Qt 5 for Maya 2024 unasked.
     set(dk "${WORK_DIR}/devkit2024")
     file(COPY "${DEVKIT}/include/maya" DESTINATION "${dk}/include")
     file(READ "${DEVKIT}/include/maya/MTypes.h" types)
@@ -78,16 +88,12 @@ if(QT_MAJOR EQUAL 5)
         "${dk}/include/qt_5.15.2-include.tar.gz" QtCore QtGui QtWidgets)
 
     set(build "${WORK_DIR}/build2024")
-    execute_process(
-        COMMAND ${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${build}" -G "${GENERATOR}"
-            -DCMAKE_CXX_COMPILER=${CXX_COMPILER} "-DCMAKE_CXX_COMPILER_LAUNCHER=${CXX_LAUNCHER}"
-            -DMAYA_DEVKIT=${dk} -DPICKER_QT_MAJOR=5
-            -DPICKER_TESTS=OFF -DPICKER_BENCH=OFF
-        RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    configure("${build}" "" -DMAYA_DEVKIT=${dk})
     if(NOT result EQUAL 0 OR NOT output MATCHES "Found MayaQt5: ${build}/maya_qt5_include")
         message(FATAL_ERROR "Maya 2024's Qt was not put together from the devkit:\n${output}")
     endif()
-    run_checked(${CMAKE_COMMAND} --build "${build}" --target TalvoraPicker)
+    # This Qt, as Maya's, is built with reduce-relocations: executables compile only with -fPIC.
+    run_checked(${CMAKE_COMMAND} --build "${build}" --target TalvoraPicker pkrtool)
     set(fresh "${WORK_DIR}/fresh2024")
     run_checked(${CMAKE_COMMAND} --install "${build}" --component maya_module --prefix "${fresh}")
     expect_text("${fresh}/TalvoraPicker.mod"
@@ -103,29 +109,75 @@ MAYA_SHELF_PATH +:= shelves
     return()
 endif()
 
-# This machine's Qt 6 is not Maya 2025's 6.5: the build must refuse it unless told it is the
-# stand-in, and say which compiler and ABI Maya expects.
+# Maya 2025 as shipped: the devkit holds the headers and Qt.tgz, whose top level is Qt/ (here a
+# Qt 6 prefix made of this machine's Qt packages); Maya's libraries are in MAYA_LOCATION.
+set(dk "${WORK_DIR}/devkit2025")
+set(maya "${WORK_DIR}/maya2025")
+file(COPY "${DEVKIT}/include/maya" DESTINATION "${dk}/include")
+file(MAKE_DIRECTORY "${maya}/lib" "${WORK_DIR}/qt/Qt/lib/cmake")
+foreach(lib OpenMaya OpenMayaUI Foundation)
+    file(CREATE_LINK "${DEVKIT}/lib/lib${lib}.so" "${maya}/lib/lib${lib}.so" SYMBOLIC)
+endforeach()
+get_filename_component(qt_packages "${QT_DIR}" DIRECTORY)
+file(GLOB qt_packages LIST_DIRECTORIES true "${qt_packages}/Qt6*")
+foreach(package IN LISTS qt_packages)
+    get_filename_component(name "${package}" NAME)
+    file(CREATE_LINK "${package}" "${WORK_DIR}/qt/Qt/lib/cmake/${name}" SYMBOLIC)
+endforeach()
+run_checked(${CMAKE_COMMAND} -E chdir "${WORK_DIR}/qt" ${CMAKE_COMMAND} -E tar czf
+    "${dk}/Qt.tgz" Qt)
+
+# What a devkit set up wrong is told.
+file(MAKE_DIRECTORY "${WORK_DIR}/not-a-devkit/include")
+expect_refused("a folder that is no devkit" ""
+    "MAYA_DEVKIT=${WORK_DIR}/not-a-devkit is not a Maya devkit: it has no include/maya/MTypes\\.h"
+    -DMAYA_DEVKIT=${WORK_DIR}/not-a-devkit)
+expect_refused("a devkit without MAYA_LOCATION" ""
+    "Maya's libraries are not found: MAYA_DEVKIT=${dk} has no lib/libOpenMaya\\.so, lib/libOpenMayaUI\\.so, lib/libFoundation\\.so, MAYA_LOCATION is not set\\. Set MAYA_LOCATION"
+    -DMAYA_DEVKIT=${dk})
+expect_refused("a packed Qt.tgz" "${maya}"
+    "The devkit's Qt is still packed: run `cd ${dk} && tar -xzf Qt\\.tgz`"
+    -DMAYA_DEVKIT=${dk})
+expect_refused("a Qt 5 build against Maya 2025" "${maya}"
+    "Maya 2025 runs Qt 6, but this build uses Qt 5\\. Configure with -DPICKER_QT_MAJOR=6"
+    -DMAYA_DEVKIT=${dk} -DPICKER_QT_MAJOR=5)
+
+# Extracted into a Qt folder of its own, the archive nests; the build takes it there and says so.
+# This machine's Qt is not Maya 2025's 6.5: refused unless the build is told it is the stand-in.
+file(MAKE_DIRECTORY "${dk}/Qt")
+run_checked(${CMAKE_COMMAND} -E chdir "${dk}" ${TAR} -xzf Qt.tgz -C Qt)
 set(build "${WORK_DIR}/build")
-execute_process(
-    COMMAND ${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${build}" ${configure_args}
-        -DPICKER_QT_MAJOR=6 -DQt6_DIR=${QT_DIR}
-    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
-string(REGEX REPLACE "[ \t\n]+" " " output "${output}")
-if(NOT output MATCHES "Maya 2025: Qt 6\\.5, gcc 11\\.2, _GLIBCXX_USE_CXX11_ABI=1 \\(from libFoundation\\.so\\)")
-    message(FATAL_ERROR "the devkit's versions and ABI were not reported:\n${output}")
+configure("${build}" "${maya}" -DMAYA_DEVKIT=${dk})
+if(NOT output MATCHES "The devkit's Qt is at ${dk}/Qt/Qt: Qt\\.tgz was extracted into a Qt folder of its own")
+    message(FATAL_ERROR "the nested Qt was not taken with a word:\n${output}")
 endif()
+expect_cached("${build}" Qt6_DIR "${dk}/Qt/Qt/lib/cmake/Qt6")
 if(NOT QT_VERSION MATCHES "^6\\.5\\." AND (result EQUAL 0 OR NOT output MATCHES
         "Maya 2025 runs Qt 6\\.5, but this build found Qt ${QT_VERSION}"))
     message(FATAL_ERROR "Qt ${QT_VERSION} was not refused for Maya 2025:\n${output}")
 endif()
+
+# As the docs say: extracted in place, it is <devkit>/Qt.
+file(REMOVE_RECURSE "${dk}/Qt" "${build}")
+run_checked(${CMAKE_COMMAND} -E chdir "${dk}" ${TAR} -xzf Qt.tgz)
+configure("${build}" "${maya}" -DMAYA_DEVKIT=${dk} -DPICKER_ALLOW_QT_MISMATCH=ON)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "the documented configure failed:\n${output}")
+endif()
+expect_cached("${build}" Qt6_DIR "${dk}/Qt/lib/cmake/Qt6")
+if(NOT output MATCHES "Maya 2025: Qt 6\\.5, gcc 11\\.2, _GLIBCXX_USE_CXX11_ABI=1 \\(from libFoundation\\.so\\)")
+    message(FATAL_ERROR "the devkit's versions and ABI were not reported:\n${output}")
+endif()
 if(NOT CXX_VERSION MATCHES "^11\\.2\\." AND NOT output MATCHES
-        "Maya 2025 was built with gcc 11\\.2, this build uses GNU ${CXX_VERSION}")
+        "Maya 2025 was built with gcc 11\\.2, this build uses GNU ${CXX_VERSION}.* gcc 11\\.2 from gcc-toolset-11 \\(/opt/rh/gcc-toolset-11/root/usr/bin/g\\+\\+")
     message(FATAL_ERROR "gcc ${CXX_VERSION} was not warned about for Maya 2025:\n${output}")
 endif()
 
-run_checked(${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${build}" ${configure_args}
-    -DPICKER_QT_MAJOR=6 -DQt6_DIR=${QT_DIR} -DPICKER_ALLOW_QT_MISMATCH=ON)
+# The plug-in's runtime needs are read after linking; the stand-in is only reported on.
 run_checked(${CMAKE_COMMAND} --build "${build}" --target TalvoraPicker)
+if(NOT output MATCHES "TalvoraPicker\\.so(: its runtime symbol versions are within| needs newer C/C\\+\\+ runtime symbols)")
+    message(FATAL_ERROR "the plug-in's symbol versions were not checked:\n${output}")
+endif()
 
 set(block2025 "+ MAYAVERSION:2025 PLATFORM:linux TalvoraPicker ${VERSION} TalvoraPicker
 plug-ins: plug-ins/2025
@@ -144,14 +196,27 @@ set(expected TalvoraPicker.mod TalvoraPicker/plug-ins/2025/TalvoraPicker.so
     TalvoraPicker/docs/command.html TalvoraPicker/docs/install-in-maya.md
     TalvoraPicker/docs/help/quick-start.html TalvoraPicker/docs/help/editing.html
     TalvoraPicker/docs/help/namespaces.html TalvoraPicker/docs/help/shortcuts.html)
+list(SORT expected)
 file(GLOB_RECURSE installed RELATIVE "${fresh}" "${fresh}/*")
 list(SORT installed)
-list(SORT expected)
 if(NOT installed STREQUAL expected)
     message(FATAL_ERROR "the module holds\n${installed}\ninstead of\n${expected}")
 endif()
 expect_text("${fresh}/TalvoraPicker.mod" "${block2025}")
 set(module "${fresh}/TalvoraPicker")
+
+# The release archive holds the same, module file and folder at its top, ready to extract into
+# a modules folder.
+set(archive "${build}/TalvoraPicker-${VERSION}-maya2025-linux.tar.gz")
+run_checked(${CMAKE_COMMAND} -E chdir "${build}" cpack)
+run_checked(${TAR} -tzf "${archive}")
+string(REGEX REPLACE "[^\n]*/\n" "" packed "${output}")
+string(REGEX REPLACE "\n$" "" packed "${packed}")
+string(REPLACE "\n" ";" packed "${packed}")
+list(SORT packed)
+if(NOT packed STREQUAL expected)
+    message(FATAL_ERROR "${archive} holds\n${packed}\ninstead of\n${expected}")
+endif()
 
 # Loaded once Maya is up, and only when nothing loaded it in the meantime.
 file(READ "${module}/scripts/userSetup.py" setup)
@@ -161,6 +226,20 @@ if(NOT setup MATCHES "def ([a-z_]+)\\(\\):\n[^\n]*\n?[ ]+if maya\\.cmds\\.plugin
 endif()
 if(NOT setup MATCHES "\nmaya\\.cmds\\.evalDeferred\\(${CMAKE_MATCH_1}\\)\n")
     message(FATAL_ERROR "userSetup.py does not defer the checked load:\n${setup}")
+endif()
+
+# The shelf button's MEL is read whole before it runs, when the command may not exist yet: after
+# loading the plug-in it may name the command only through eval.
+file(READ "${module}/shelves/shelf_TalvoraPicker.mel" shelf)
+if(NOT shelf MATCHES "-command \"(([^\"\\\\]|\\\\.)*)\"")
+    message(FATAL_ERROR "the shelf button has no command:\n${shelf}")
+endif()
+set(button "${CMAKE_MATCH_1}")
+string(REPLACE "\\\"" "\"" button "${button}")
+string(REPLACE "\\n" "\n" button "${button}")
+if(NOT button MATCHES "loadPlugin TalvoraPicker;\neval\\(\"TalvoraPicker\"\\);$"
+        OR button MATCHES "(^|[;\n])[ ]*TalvoraPicker[ ]*(;|$)")
+    message(FATAL_ERROR "the shelf button calls the command before it exists:\n${button}")
 endif()
 
 find_program(NM nm)

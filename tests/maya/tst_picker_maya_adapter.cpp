@@ -12,6 +12,7 @@
 
 #include <QDockWidget>
 #include <QMainWindow>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QtTest>
 
@@ -90,7 +91,12 @@ private slots:
     }
 
     void loadAndUnloadGoThroughMaya() {
+        maya_fake::setLoadPath("/maya/modules/TalvoraPicker/plug-ins/2025");
         QVERIFY(initializePlugin(MObject()));
+        // Maya's objects live in the entry point only; the load path stays known.
+        QCOMPARE(maya_fake::liveObjects(), 0);
+        QCOMPARE(maya_fake::liveFunctionSets(), 0);
+        QCOMPARE(picker_main::host()->loadPath(), "/maya/modules/TalvoraPicker/plug-ins/2025"_q);
         QCOMPARE(maya_fake::pluginOpens().size(), std::size_t(1));
         QCOMPARE(maya_fake::pluginOpens()[0].version, std::string(PICKER_VERSION));
         QCOMPARE(toQt(maya_fake::registeredCommands()), QStringList{"TalvoraPicker"_q});
@@ -98,8 +104,12 @@ private slots:
         const std::vector<maya_fake::idle_command> queued = maya_fake::takeIdleQueue();
         QCOMPARE(queued.size(), std::size_t(1));
         QVERIFY(!queued[0].python);
-        QVERIFY(QString::fromStdString(queued[0].text)
-                    .contains(QLatin1String("global proc string[] picker_ListNamespaces")));
+        const QString script = QString::fromStdString(queued[0].text);
+        QVERIFY(script.contains(QLatin1String("global proc string[] picker_ListNamespaces")));
+        // Namespaces are listed from the root whichever is current, without Maya's own.
+        QVERIFY(script.contains(QLatin1String("picker_ListOneNamespace(\":\", $result);")));
+        QVERIFY(!script.contains(QRegularExpression("namespaceInfo -listOnlyNamespaces *`"_q)));
+        QVERIFY(script.contains(QLatin1String("($child == \"UI\" || $child == \"shared\")")));
 
         // The selection is read item by item, so components come through whole.
         QVERIFY(maya_fake::runCommand("TalvoraPicker", {}));
@@ -111,6 +121,7 @@ private slots:
                  (QStringList{"b"_q, "c.vtx[0]"_q, "c.vtx[4:5]"_q}));
 
         QVERIFY(uninitializePlugin(MObject()));
+        QCOMPARE(maya_fake::liveFunctionSets(), 0);
         QCOMPARE(maya_fake::pluginOpens().at(1).version, std::string("1.0"));
         QVERIFY(maya_fake::registeredCommands().empty());
         QVERIFY(maya_fake::registeredEvents().empty());
@@ -159,6 +170,57 @@ private slots:
         QCOMPARE(toQt(maya_fake::selectedNames()), selection);
         QCOMPARE(toQt(maya_fake::takeErrors()),
                  error.isEmpty() ? QStringList() : QStringList{error});
+    }
+
+    // Maya asks isUndoable after doIt and keeps the call for Ctrl+Z: undo puts back exactly the
+    // selection before, components included, and the picker lights it.
+    void picksGoOnMayasUndoQueue_data() {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QStringList>("picked");
+        QTest::addColumn<bool>("undoable");
+        const QStringList before{"b"_q, "c.vtx[0]"_q, "c.vtx[4:5]"_q};
+        QTest::newRow("select") << QStringList{"select"_q, "d"_q, "hero:root_ctrl"_q}
+                                << QStringList{"d"_q, "hero:root_ctrl"_q} << true;
+        QTest::newRow("clear") << QStringList{"clear"_q} << QStringList() << true;
+        QTest::newRow("open the window") << QStringList() << before << false;
+        QTest::newRow("select, nothing found")
+            << QStringList{"select"_q, "nope"_q} << before << false;
+    }
+
+    void picksGoOnMayasUndoQueue() {
+        QFETCH(QStringList, args);
+        QFETCH(QStringList, picked);
+        QFETCH(bool, undoable);
+        load();
+        QVERIFY(maya_fake::runCommand("TalvoraPicker", {}));
+        const std::vector<std::vector<std::string>> before{{"b"}, {"c.vtx[0]", "c.vtx[4:5]"}};
+        maya_fake::setSelection(before);
+        maya_fake::fireEvent("SelectionChanged");
+
+        maya_fake::runCommand("TalvoraPicker", argSlots(args));
+        QCOMPARE(toQt(maya_fake::selectedNames()), picked);
+        QCOMPARE(bool(maya_fake::undo()), undoable);
+        QCOMPARE(toQt(maya_fake::selectedNames()), toQt({"b", "c.vtx[0]", "c.vtx[4:5]"}));
+        QCOMPARE(dynamic_cast<picker_window*>(picker_main::window())->selection(),
+                 toQt({"b", "c.vtx[0]", "c.vtx[4:5]"}));
+        if (undoable) {
+            QVERIFY(maya_fake::redo());
+            QCOMPARE(toQt(maya_fake::selectedNames()), picked);
+            QCOMPARE(dynamic_cast<picker_window*>(picker_main::window())->selection(), picked);
+        }
+    }
+
+    // Maya quits without unloading: the plug-in lets go of everything it holds of Maya then.
+    void quitReleasesTheBridge() {
+        load();
+        QVERIFY(maya_fake::runCommand("TalvoraPicker", {}));
+        maya_fake::fireEvent("quitApplication");
+        loaded_ = false;
+        QVERIFY(!picker_main::dock());
+        QVERIFY(!picker_main::host());
+        QVERIFY(maya_fake::registeredEvents().empty());
+        QVERIFY(!maya_fake::runCommand("TalvoraPicker", argSlots({"select"_q, "b"_q})));
+        QCOMPARE(toQt(maya_fake::takeErrors()), QStringList());
     }
 
     void noWindowInBatchMaya() {

@@ -22,6 +22,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QStandardPaths>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -62,8 +63,7 @@ inline void answer_next(QWidget* (*up)(), std::function<void(QWidget*)> answer) 
 }
 
 // An unlabelled one-name button: a plain square of its colour.
-inline buttonAttributes square(const QString& name, const QPoint& pos, QRgb colour,
-                               int size = 20) {
+inline buttonAttributes square(const QString& name, const QPoint& pos, QRgb colour, int size = 20) {
     buttonAttributes att;
     att.pos = pos;
     att.size = size;
@@ -181,6 +181,54 @@ public:
     bool activate() {
         dock()->activateWindow();
         return QTest::qWaitForWindowActive(dock());
+    }
+
+    // Chooses an entry of a menu of the window's bar, clicking where the user would.
+    void menu(const QString& title, const QString& entry) {
+        for (QAction* item : dock()->findChild<QMenuBar*>()->actions()) {
+            if (item->text() != title)
+                continue;
+            QMenu* shown = item->menu();
+            shown->popup(dock()->mapToGlobal(QPoint(0, 0)));
+            QVERIFY(QTest::qWaitForWindowExposed(shown));
+            for (QAction* action : shown->actions()) {
+                if (action->text() == entry)
+                    QTest::mouseClick(shown->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                                      shown->actionGeometry(action).center());
+            }
+            shown->hide();
+        }
+        settle();
+        QVERIFY(activate());
+    }
+
+    // Clicks a tab's title in the tab bar, clear of its close button on the right.
+    void show_tab(int index) {
+        QTabBar* bar = tabs()->tabBar();
+        const QRect tab = bar->tabRect(index);
+        QTest::mouseClick(window(), Qt::LeftButton, Qt::NoModifier,
+                          bar->mapTo(dock(), QPoint(tab.left() + 8, tab.center().y())));
+        settle();
+    }
+
+    // Clicks a widget of the window, as the user reaches a field.
+    void click_on(QWidget* widget) {
+        QTest::mouseClick(window(), Qt::LeftButton, Qt::NoModifier,
+                          widget->mapTo(dock(), widget->rect().center()));
+        settle();
+    }
+
+    // The pointer leaves the picker for the dock's title and comes back over the canvas.
+    void reenter() {
+        QTest::mouseMove(window(), QPoint(dock()->width() / 2, 4));
+        QTest::mouseMove(window(), at(QPoint(300, 250)));
+        settle();
+    }
+
+    void type(const QString& text) {
+        for (const QChar c : text)
+            QTest::keyClick(window(), c.toLatin1());
+        settle();
     }
 
     // Opens and closes a menu of the window's bar, as a user glancing at it does.

@@ -1,15 +1,21 @@
 #include "../core/picker_test_vectors.h"
 #include "picker_file.h"
 #include "picker_json.h"
+#include "picker_maya_ascii.h"
+#include "picker_stream.h"
 #include "png_chunks.h"
 
 #include <QDataStream>
 #include <QImage>
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
 #include <QProcess>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtEndian>
 
 #include <memory>
 
@@ -70,6 +76,34 @@ QByteArray picker(const QByteArray& buttons) {
     return "{\"title\": \"t\", \"buttons\": [" + buttons + "]}";
 }
 
+// Tab stream, format 4: empty tabs with the given titles, the first current.
+QByteArray tabsTitled(const QStringList& titles) {
+    QByteArray bytes = hex("00000004") + QByteArray(4, '\0') + hex("00000000");
+    qToBigEndian<qint32>(qint32(titles.size()), bytes.data() + 4);
+    for (int i = 0; i < titles.size(); ++i) {
+        QByteArray tab(8, '\0');
+        qToBigEndian<qint32>(i, tab.data());
+        qToBigEndian<qint32>(qint32(titles.at(i).size() * 2), tab.data() + 4);
+        for (const QChar c : titles.at(i))
+            tab += char(c.unicode() >> 8) + QByteArray(1, char(c.unicode() & 0xff));
+        bytes += tab + hex("ffffffff 00000000");
+    }
+    return bytes;
+}
+
+// A scene storing the tab stream as the window stores it.
+QByteArray sceneStoring(const QByteArray& tabStream) {
+    return "//Maya ASCII 2025 scene\nrequires maya \"2025\";\nfileInfo \"TalvoraPickerData\" \"" +
+           qCompress(tabStream).toBase64() + "\";\n";
+}
+
+// The PNG files of two one-pixel images.
+QByteArray onePixel(Qt::GlobalColor color) {
+    QImage image(1, 1, QImage::Format_RGB32);
+    image.fill(color);
+    return pngOf(image);
+}
+
 } // namespace
 
 class tst_pkrtool : public QObject {
@@ -77,16 +111,29 @@ class tst_pkrtool : public QObject {
 
     std::unique_ptr<QTemporaryDir> dir_;
 
-    // Runs pkrtool in the test folder with the blank-separated arguments.
-    run_result run(const QString& line) {
+    // Runs pkrtool in the test folder with the blank-separated arguments, input on stdin.
+    run_result run(const QString& line, const QByteArray& input = QByteArray()) {
+        return start(QStringLiteral(PKRTOOL_PATH), line.split(QLatin1Char(' '), Qt::SkipEmptyParts),
+                     input);
+    }
+
+    // A shell line in the test folder, with pkrtool as $P: for file names only bytes can say.
+    run_result shell(const QString& line) {
+        return start("/bin/sh"_q, {"-c"_q, "P='%1'; %2"_q.arg(QStringLiteral(PKRTOOL_PATH), line)},
+                     QByteArray());
+    }
+
+    run_result start(const QString& program, const QStringList& arguments,
+                     const QByteArray& input) {
         QProcess process;
         process.setWorkingDirectory(dir_->path());
         // Without a runtime folder the GUI side of render would warn on stderr.
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("XDG_RUNTIME_DIR"_q, dir_->path());
         process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(PKRTOOL_PATH),
-                      line.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        process.start(program, arguments);
+        process.write(input);
+        process.closeWriteChannel();
         run_result result;
         if (process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit)
             result = {process.exitCode(), process.readAllStandardOutput(),
@@ -115,6 +162,19 @@ private slots:
         QCOMPARE(tab.buttons.at(0).tcolor, 0x0a0b0c0du);
     }
 
+    // api, label and a selection button's label colour may be left out.
+    void omittedFieldsTakeDefaults() {
+        picker_tab_record tab;
+        QCOMPARE(
+            pickerFromJsonText("{\"title\": \"t\", \"buttons\": [{\"pos\": [1, 2], \"size\": 3, "
+                               "\"type\": \"selection\", \"color\": \"#FF123456\", "
+                               "\"sel\": [\"n\"]}]}",
+                               tab),
+            QString());
+        QCOMPARE(tab.buttons.at(0),
+                 makeButton(QPoint(1, 2), 3, 0, 0, 0xFF123456, 0xFF000000, QString(), {"n"_q}));
+    }
+
     void badDescriptionSaysWhere_data() {
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<QString>("error");
@@ -131,6 +191,11 @@ private slots:
         // The second button has no name: the path points at it.
         QTest::newRow("no names") << picker(button(black, "[\"n\"]") + ", " + button(black, "[]"))
                                   << "buttons[1].sel: a button needs at least one name or a script";
+        QTest::newRow("a command button's label colour")
+            << picker("{\"pos\": [1, 2], \"size\": 3, \"type\": \"command\", \"color\": "
+                      "\"#FF000000\", "
+                      "\"sel\": [\"ls\"]}")
+            << "buttons[0]: missing \"tcolor\"";
     }
 
     void badDescriptionSaysWhere() {
@@ -190,13 +255,47 @@ private slots:
         QCOMPARE(result.exitCode, 0);
     }
 
-    // Listed as the namespace dialog lists them: ancestors too, without case.
+    // Listed as the namespace dialog lists them: ancestors too, without case, DAG paths segment
+    // by segment.
+    void namespaces_data() {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QByteArray>("out");
+        QTest::newRow("one a line")
+            << "namespaces in.pkr" << QByteArray("char1\nchar1:sub\nChar2\n");
+        QTest::newRow("as JSON")
+            << "namespaces in.pkr --json"
+            << QJsonDocument(QJsonArray{"char1"_q, "char1:sub"_q, "Char2"_q}).toJson();
+    }
+
     void namespaces() {
-        write("in.pkr", fileWithNames("char1:arm", "Char2:x", "char1:sub:leg",
-                                      "select \"char1:hand\" prop:gun;"));
-        const run_result result = run("namespaces in.pkr"_q);
-        QCOMPARE(result.out, QByteArray("char1\nchar1:sub\nChar2\n"));
+        QFETCH(QString, arguments);
+        QFETCH(QByteArray, out);
+        write("in.pkr", fileWithNames("|char1:grp|char1:arm", "Char2:x", "char1:sub:leg",
+                                      "select \"|char1:grp|char1:hand\" prop:gun;"));
+        const run_result result = run(arguments);
+        QCOMPARE(result.out, out);
         QCOMPARE(result.exitCode, 0);
+    }
+
+    // What the JSON of info and scene holds for a script to read.
+    void jsonOutput() {
+        write("in.pkr", pkrVersion4WithImage(tinyPng()));
+        const QJsonObject info = QJsonDocument::fromJson(run("info in.pkr --json"_q).out).object();
+        QCOMPARE(info.value("title"_q).toString(), "Face"_q);
+        QCOMPARE(info.value("formatVersion"_q).toInt(), 4);
+        QCOMPARE(info.value("backgroundKey"_q).toString(), "bg"_q);
+        QCOMPARE(info.value("background"_q).toObject(),
+                 (QJsonObject{{"width"_q, 2}, {"height"_q, 1}, {"bytes"_q, tinyPng().size()}}));
+        QCOMPARE(info.value("buttons"_q).toArray().size(), 1);
+
+        write("scene.ma", sceneStoring(tabStream()));
+        const QJsonObject scene =
+            QJsonDocument::fromJson(run("scene scene.ma --json"_q).out).object();
+        QCOMPARE(scene.value("current"_q).toInt(), 1);
+        const QJsonArray tabs = scene.value("tabs"_q).toArray();
+        QCOMPARE(tabs.size(), 2);
+        QCOMPARE(tabs.at(0).toObject(),
+                 (QJsonObject{{"title"_q, "Arm"_q}, {"backgroundKey"_q, ""_q}, {"buttons"_q, 2}}));
     }
 
     void failures_data() {
@@ -216,6 +315,26 @@ private slots:
             << "'desc.json' is not a picker description: buttons[0].color: expected a colour "
                "\"#AARRGGBB\" or \"#RRGGBB\"";
         QTest::newRow("unknown option") << "dump -x a.pkr" << 2 << "unexpected argument '-x'";
+        QTest::newRow("unknown command") << "frob a.pkr" << 2 << "unknown command 'frob'";
+        QTest::newRow("dump over its input")
+            << "dump good.pkr -o ./good.pkr" << 2
+            << "-o names the input file 'good.pkr', which dump would overwrite with its output";
+        QTest::newRow("build over its input")
+            << "build desc.json -o desc.json" << 2
+            << "-o names the input file 'desc.json', which build would overwrite with its output";
+        QTest::newRow("rebind in place takes no -o")
+            << "rebind good.pkr --map L_hand=x -o good.pkr" << 2
+            << "-o names the input file 'good.pkr'; without -o it is rewritten in place";
+        QTest::newRow("NEW with a blank") << "rebind good.pkr --map a=b\tc" << 2
+                                          << "--map a=b\tc: 'b\tc' is no namespace ('\t' in it)";
+        QTest::newRow("NEW with a leading digit")
+            << "rebind good.pkr --map a=x:9y" << 2
+            << "--map a=x:9y: 'x:9y' is no namespace (a part that starts with a digit)";
+        QTest::newRow("NEW with a star")
+            << "rebind good.pkr --map a=x*" << 2 << "--map a=x*: 'x*' is no namespace ('*' in it)";
+        QTest::newRow("NEW with two colons") << "rebind good.pkr --map a=x::y" << 2
+                                             << "--map a=x::y: 'x::y' is no namespace (an empty "
+                                                "part)";
     }
 
     void failures() {
@@ -224,8 +343,9 @@ private slots:
         QFETCH(QString, firstLine);
         write("good.pkr", pkrVersion4());
         write("cut.pkr", pkrVersion4().chopped(2));
-        write("desc.json",
-              picker(button("\"color\": \"red\", \"tcolor\": \"#FF000000\"", "[\"n\"]")));
+        const QByteArray description =
+            picker(button("\"color\": \"red\", \"tcolor\": \"#FF000000\"", "[\"n\"]"));
+        write("desc.json", description);
         write("out.pkr", tinyPng());
 
         const run_result result = run(arguments);
@@ -233,10 +353,88 @@ private slots:
         QCOMPARE(result.out, QByteArray());
         const QStringList lines = QString::fromUtf8(result.err).split(QLatin1Char('\n'));
         QCOMPARE(lines.first(), "pkrtool: "_q + firstLine);
-        // Usage mistakes are followed by the usage text, file faults by nothing.
-        QCOMPARE(lines.at(1).startsWith(QLatin1String("Usage: pkrtool")), exitCode == 2);
-        QCOMPARE(lines.size() == 2, exitCode == 1);
+        // Usage mistakes say where the usage is, file faults nothing more.
+        const QString command = arguments.section(QLatin1Char(' '), 0, 0);
+        const QString help = command == QLatin1String("frob")
+                                 ? "see pkrtool --help"_q
+                                 : "see pkrtool %1 --help"_q.arg(command);
+        QCOMPARE(lines.at(1), exitCode == 2 ? help : QString());
+        QCOMPARE(int(lines.size()), exitCode == 2 ? 3 : 2);
         QCOMPARE(read("out.pkr"), tinyPng());
+        QCOMPARE(read("good.pkr"), pkrVersion4());
+        QCOMPARE(read("desc.json"), description);
+    }
+
+    void help_data() {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QString>("firstLine");
+        QTest::newRow("the program") << "--help"
+                                     << "Usage: pkrtool COMMAND ARGUMENTS";
+        QTest::newRow("-h") << "-h"
+                            << "Usage: pkrtool COMMAND ARGUMENTS";
+        QTest::newRow("a command")
+            << "rebind --help"
+            << "Usage: pkrtool rebind FILE.pkr --map OLD=NEW [--map OLD=NEW ...] "
+               "[--allow-unused] [-o OUT.pkr]";
+        QTest::newRow("a command, -h among other arguments")
+            << "store scene.ma -h"
+            << "Usage: pkrtool store SCENE.ma --picker FILE.pkr "
+               "[--picker FILE.pkr ...] [-o OUT.ma]";
+    }
+
+    void help() {
+        QFETCH(QString, arguments);
+        QFETCH(QString, firstLine);
+        const run_result result = run(arguments);
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(QString::fromUtf8(result.out).section(QLatin1Char('\n'), 0, 0), firstLine);
+        QCOMPARE(result.err, QByteArray());
+    }
+
+    // "-" is standard input for FILE and standard output for -o; pipes and /dev/stdin read whole.
+    void standardStreams_data() {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<QByteArray>("out");
+        QTest::addColumn<QByteArray>("err");
+
+        const QByteArray info = "title: \"Arm\"\nformat version: 4\nbackground: none\nbuttons: 2\n"
+                                "0  selection at (10, -20) size 12 label null: L_hand L_arm\n"
+                                "1  python command at (100, 50) size 20 label \"Go\": "
+                                "\"print(1)\"\n";
+        QTest::newRow("info -") << "info -" << pkrVersion4() << info << QByteArray();
+        QTest::newRow("info /dev/stdin")
+            << "info /dev/stdin" << pkrVersion4() << info << QByteArray();
+        QTest::newRow("build - -o -")
+            << "build - -o -" << QByteArray(arm_json) << pkrVersion4() << QByteArray();
+        // The summary goes to stderr: stdout carries the picker.
+        const char* script = "select \"char1:hand\";";
+        QTest::newRow("rebind from a pipe")
+            << "rebind - --map char1=hero" << fileWithNames("char1:a", "b", "c", script)
+            << fileWithNames("hero:a", "b", "c", "select \"hero:hand\";")
+            << QByteArray("changed 1 node name and 1 script\n");
+    }
+
+    void standardStreams() {
+        QFETCH(QString, arguments);
+        QFETCH(QByteArray, input);
+        QFETCH(QByteArray, out);
+        QFETCH(QByteArray, err);
+        const run_result result = run(arguments, input);
+        QCOMPARE(result.err, err);
+        QCOMPARE(result.out.toHex(), out.toHex());
+        QCOMPARE(result.exitCode, 0);
+    }
+
+    // A name that is not UTF-8 opens, and is rewritten in place under the same name.
+    void nonUtf8FileName() {
+        write("good.pkr", fileWithNames("char1:a", "b", "c", "ls;"));
+        const run_result result = shell("n=$(printf 'caf\\351.pkr'); cp good.pkr \"$n\" && "
+                                        "$P info \"$n\" && $P rebind \"$n\" --map char1=hero && "
+                                        "$P namespaces \"$n\" && ls | wc -l && rm \"$n\""_q);
+        QCOMPARE(result.err, QByteArray());
+        QVERIFY2(result.out.startsWith("title: \"Rig\""), result.out.constData());
+        QVERIFY(result.out.endsWith("changed 1 node name and 0 scripts\nhero\n2\n"));
     }
 
     void rebind_data() {
@@ -257,6 +455,12 @@ private slots:
             << original << "--map char1:sub=deep --map char1=" << changed
             << fileWithNames("arm", "Char2:x", "deep:leg", "select \"hand\" prop:gun;")
             << QByteArray();
+        const QByteArray dag = fileWithNames("|char1:grp|char1:arm", "Char2:x", "char1:sub:leg",
+                                             "select \"|char1:grp|char1:hand\";");
+        QTest::newRow("DAG paths, segment by segment")
+            << dag << "--map char1=hero -o out.pkr" << changed << dag
+            << fileWithNames("|hero:grp|hero:arm", "Char2:x", "hero:sub:leg",
+                             "select \"|hero:grp|hero:hand\";");
         QTest::newRow("an unused namespace is refused")
             << original << "--map char1=hero --map prop=p -o out.pkr"
             << "pkrtool: 'in.pkr' does not use the namespace \"prop\" (pkrtool "
@@ -295,24 +499,36 @@ private slots:
         QTest::addColumn<QString>("select");
         QTest::addColumn<QRgb>("shown");
         QTest::addColumn<QRgb>("hidden");
+        QTest::addColumn<bool>("framedOnAll");
+        QTest::addColumn<QByteArray>("err");
 
         const QRgb red = qRgb(0xB2, 0x22, 0x22);
         const QRgb lit = qRgb(224, 224, 224);
-        QTest::newRow("nothing lit") << QString() << red << lit;
-        QTest::newRow("all names lit") << "--select a b c" << lit << red;
-        QTest::newRow("names one by one") << "--select a --select b --select=c" << lit << red;
-        QTest::newRow("one name lit") << "--select b" << qRgb(128, 128, 128) << red;
+        QTest::newRow("nothing lit") << QString() << red << lit << true << QByteArray();
+        QTest::newRow("all names lit") << "--select a b c" << lit << red << true << QByteArray();
+        QTest::newRow("names one by one")
+            << "--select a --select b --select=c" << lit << red << true << QByteArray();
+        QTest::newRow("one name lit, names no button holds reported")
+            << "--select b nobody" << qRgb(128, 128, 128) << red << true
+            << QByteArray("pkrtool: warning: no button holds nobody\n");
+        QTest::newRow("framed on the lit buttons when asked")
+            << "--select a b c --frame-selection" << lit << red << false << QByteArray();
     }
 
     void render() {
         QFETCH(QString, select);
         QFETCH(QRgb, shown);
         QFETCH(QRgb, hidden);
+        QFETCH(bool, framedOnAll);
+        QFETCH(QByteArray, err);
         write("rig.pkr", fileWithNames("a", "b", "c", "select -cl;"));
 
+        const QByteArray plain = run("render rig.pkr -o plain.png --size 200x100"_q).out;
         const run_result result = run("render rig.pkr -o rig.png --size 200x100 "_q + select);
-        QCOMPARE(result.err, QByteArray());
+        QCOMPARE(result.err, err);
         QCOMPARE(result.exitCode, 0);
+        const QByteArray zoom = result.out.mid(result.out.indexOf(", zoom "));
+        QCOMPARE(zoom == plain.mid(plain.indexOf(", zoom ")), framedOnAll);
         QVERIFY(result.out.startsWith("rig.png: 200 x 100, zoom "));
         QImage image;
         QVERIFY(image.loadFromData(read("rig.png"), "PNG"));
@@ -350,6 +566,20 @@ private slots:
         QTest::newRow("broken scene names the line")
             << "scene scene.ma" << header + "fileInfo \"TalvoraPickerData\";\n"
             << 1 << QByteArray() << "pkrtool: scene.ma:3: ";
+        QStringList many;
+        for (int i = 0; i <= picker_max_tabs; ++i)
+            many.append("t"_q);
+        QTest::newRow("more tabs than a picker may have")
+            << "scene scene.ma" << sceneStoring(tabsTitled(many)) << 1 << QByteArray()
+            << "pkrtool: scene.ma:3: the stored pickers: the data holds 1001 tabs, more than the "
+               "1000 a picker may have";
+        // Cut to what a file system takes, in bytes of UTF-8, and kept apart.
+        const QString longTitle(200, QChar(0xe9));
+        const QByteArray cut = QString(125, QChar(0xe9)).toUtf8();
+        QTest::newRow("extract cuts long titles")
+            << "extract scene.ma -o out" << sceneStoring(tabsTitled({longTitle, longTitle})) << 0
+            << "out/" + cut + ".pkr\nout/" + cut.chopped(4) + " (2).pkr\n"
+            << QString();
     }
 
     void sceneCommands() {
@@ -365,14 +595,118 @@ private slots:
         QVERIFY2(errStart.isEmpty() ? err.isEmpty() : err.startsWith(errStart), qPrintable(err));
         QCOMPARE(result.exitCode, exitCode);
         QCOMPARE(result.out, out);
+        if (!out.contains(".pkr"))
+            return;
         // Each extracted file is the tab on its own.
         picker_tab_set set;
-        QDataStream stream(tabStream());
-        QVERIFY(readTabStream(stream, set).ok());
+        const QByteArray stored =
+            qUncompress(QByteArray::fromBase64(scene.mid(scene.indexOf("Data\" \"") + 7)
+                                                   .replace("\"\n\t\t+ \"", "")
+                                                   .split('"')
+                                                   .first()));
+        QDataStream stream(stored);
+        readTabStream(stream, set);
         for (const QByteArray& line : out.split('\n')) {
             if (line.endsWith(".pkr"))
                 QCOMPARE(read(line.constData()), pickerFileBytes(set.tabs.takeFirst()));
         }
+    }
+
+    // One tab that cannot be written, and none is.
+    void extractWritesAllOrNone() {
+        write("scene.ma", sceneStoring(tabsTitled({"A"_q, "B"_q})));
+        QVERIFY(QDir(dir_->path()).mkpath("out/B.pkr"_q));
+        const run_result result = run("extract scene.ma -o out"_q);
+        QCOMPARE(result.exitCode, 1);
+        QVERIFY2(result.err.startsWith("pkrtool: cannot write 'out/B.pkr'"),
+                 result.err.constData());
+        QCOMPARE(QDir(dir_->filePath("out"_q)).entryList(QDir::Files | QDir::Hidden),
+                 QStringList());
+    }
+
+    void sceneTooLarge() {
+        QFile big(dir_->filePath("big.ma"_q));
+        QVERIFY(big.open(QIODevice::WriteOnly) && big.write("//Maya ASCII 2025 scene\n") > 0);
+        QVERIFY(big.resize((qint64(1) << 30) + 1));
+        big.close();
+        const run_result result = run("scene big.ma"_q);
+        QCOMPARE(result.err,
+                 QByteArray("pkrtool: cannot read big.ma: larger than 1073741824 bytes\n"));
+        QCOMPARE(result.exitCode, 1);
+    }
+
+    // A store changes the picker's own fileInfo statements and nothing else, into the file or
+    // through standard input and output.
+    void storeKeepsEveryOtherByte_data() {
+        QTest::addColumn<QByteArray>("scene");
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QByteArray>("kept"); // the scene without the picker's statements
+
+        QTest::newRow("Maya's shot")
+            << mayaShot() << "store shot.ma --picker hero.pkr" << mayaShot();
+        QTest::newRow("Windows line ends")
+            << mayaShot("\r\n") << "store shot.ma --picker hero.pkr" << mayaShot("\r\n");
+        QByteArray stored = mayaShot();
+        stored.insert(stored.indexOf("createNode transform -s"),
+                      "fileInfo \"TalvoraPickerData\" \"old\"\n\t\t+ \"data\";\n"
+                      "fileInfo \"TalvoraPickerImage_old\" \"x\";\n");
+        QTest::newRow("the pickers stored before are replaced")
+            << stored << "store shot.ma --picker hero.pkr -o new.ma" << mayaShot();
+        const QByteArray bare = "//Maya ASCII 2016 scene\ncreateNode transform -n \"a\";\n";
+        QTest::newRow("a scene without fileInfo")
+            << bare << "store shot.ma --picker hero.pkr" << bare;
+    }
+
+    void storeKeepsEveryOtherByte() {
+        QFETCH(QByteArray, scene);
+        QFETCH(QString, arguments);
+        QFETCH(QByteArray, kept);
+        write("shot.ma", scene);
+        write("hero.pkr", pkrVersion4WithImage(tinyPng()));
+
+        const run_result result = run(arguments);
+        QCOMPARE(result.err, QByteArray());
+        QCOMPARE(result.exitCode, 0);
+        const char* written = arguments.contains("-o new.ma"_q) ? "new.ma" : "shot.ma";
+        QCOMPARE(withoutPickerLines(read(written)), kept);
+        QCOMPARE(run("scene "_q + QLatin1String(written)).out,
+                 QByteArray("tabs: 1\n0  \"Face\": 1 buttons (current)\n"));
+        const QByteArray piped = run("store - --picker hero.pkr"_q, scene).out;
+        QCOMPARE(piped, read(written));
+    }
+
+    // Two pickers under one key with two images: each comes back with its own, through the
+    // scene's image entries (the last of a key is the one Maya keeps) and through extract.
+    void sameKeyTwoImages() {
+        const QByteArray red = onePixel(Qt::red);
+        const QByteArray blue = onePixel(Qt::blue);
+        write("red.pkr", pkrVersion4WithImage(red));
+        write("blue.pkr", pkrVersion4WithImage(blue));
+        write("scene.ma", mayaShot());
+        QCOMPARE(run("store scene.ma --picker red.pkr --picker blue.pkr"_q).exitCode, 0);
+
+        picker_ma_scene scene;
+        QVERIFY(parseMayaAsciiFile(read("scene.ma"), "scene.ma"_q, scene).ok());
+        QMap<QString, QString> entries;
+        for (const auto& entry : scene.fileInfo)
+            entries.insert(entry.first, entry.second);
+        picker_tab_set set;
+        QDataStream stream(
+            qUncompress(QByteArray::fromBase64(entries.value("TalvoraPickerData"_q).toLatin1())));
+        QVERIFY(readTabStream(stream, set).ok());
+        QCOMPARE(set.tabs.at(0).backgroundKey, "bg"_q);
+        for (int i = 0; i < 2; ++i) {
+            QDataStream image(QByteArray::fromBase64(
+                entries.value("TalvoraPickerImage_"_q + set.tabs.at(i).backgroundKey).toLatin1()));
+            QCOMPARE(readImage(image), i == 0 ? red : blue);
+        }
+
+        QCOMPARE(run("extract scene.ma -o out"_q).exitCode, 0);
+        picker_tab_record tab;
+        QVERIFY(readPickerFile(read("out/Face.pkr"), tab).ok());
+        QCOMPARE(tab.backgroundPng, red);
+        QVERIFY(readPickerFile(read("out/Face (2).pkr"), tab).ok());
+        QCOMPARE(tab.backgroundPng, blue);
     }
 };
 

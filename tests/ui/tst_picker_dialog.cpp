@@ -119,7 +119,13 @@ private slots:
         const QString script = "print \"tested\";"_q;
         QStringList queuedByTest;
         pick_from_next_popup(existing ? "Edit Command Button..."_q : "Add Command Button..."_q);
+        bool nameFocused = false;
+        bool okWithoutScript = true;
         answer_next_dialog([&](QWidget* dialog) {
+            // Typing goes to the name at once; OK waits for a script.
+            nameFocused = dialog->focusWidget() == dialog->findChild<QLineEdit*>();
+            dialog->findChild<QTextEdit*>()->clear();
+            okWithoutScript = titled<QPushButton>(dialog, "OK"_q)->isEnabled();
             dialog->findChild<QLineEdit*>()->setText("Wave"_q);
             dialog->findChild<QTextEdit*>()->setPlainText(script);
             QTest::mouseClick(titled<QRadioButton>(dialog, "MEL"_q), Qt::LeftButton);
@@ -134,6 +140,8 @@ private slots:
         QTest::mouseRelease(view_.get(), Qt::RightButton, Qt::KeyboardModifiers(), at);
 
         QVERIFY2(queuedByTest.contains(script), qPrintable(queuedByTest.join(QLatin1Char('|'))));
+        QVERIFY(nameFocused);
+        QVERIFY(!okWithoutScript);
         QCOMPARE(view_->tab()->undoer()->count(), steps);
         QCOMPARE(changed.count(), ok ? 1 : 0);
         QCOMPARE(view_->tab()->count(), existing || ok ? 1 : 0);
@@ -142,11 +150,19 @@ private slots:
                 QCOMPARE(view_->tab()->buttons().at(0).att, original);
             return;
         }
-        const buttonAttributes& att = view_->tab()->buttons().at(0).att;
-        QCOMPARE(att.label, "Wave"_q);
-        QCOMPARE(att.sel, QStringList{script});
-        QCOMPARE(att.api, qint32(buttonAttributes::Mel));
-        QCOMPARE(view_->mapToScreen(att.pos), QPoint(60, 60));
+        const buttonAttributes edited = view_->tab()->buttons().at(0).att;
+        QCOMPARE(edited.label, "Wave"_q);
+        QCOMPARE(edited.sel, QStringList{script});
+        QCOMPARE(edited.api, qint32(buttonAttributes::Mel));
+        QCOMPARE(view_->mapToScreen(edited.pos), QPoint(60, 60));
+        // Undo and redo give back each state whole, never a stale one.
+        QUndoStack* stack = view_->tab()->undoer();
+        stack->undo();
+        QCOMPARE(view_->tab()->count(), existing ? 1 : 0);
+        if (existing)
+            QCOMPARE(view_->tab()->buttons().at(0).att, original);
+        stack->redo();
+        QCOMPARE(view_->tab()->buttons().at(0).att, edited);
     }
 
     void name_limit() {

@@ -2,9 +2,13 @@
 
 #include <QCursor>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSettings>
 #include <QTextBrowser>
+
+#include "picker_prompt.h"
 
 using namespace picker_test_kit;
 
@@ -41,6 +45,26 @@ QStringList tab_titles(const picker_session& session) {
     return titles;
 }
 
+// The toolbox's label field and size button.
+QLineEdit* label_field(const picker_session& session) {
+    return session.dock()->findChild<QLineEdit*>();
+}
+
+QString size_shown(const picker_session& session) {
+    for (const QPushButton* button : session.dock()->findChildren<QPushButton*>()) {
+        if (button->toolTip() == QLatin1String("Button Size"))
+            return button->text();
+    }
+    return "(no size button)"_q;
+}
+
+QList<QStringList> stored_names(const picker_session& session, int tab) {
+    QList<QStringList> names;
+    for (const buttonAttributes& att : session.stored().tabs.value(tab).buttons)
+        names << att.sel;
+    return names;
+}
+
 QList<QPoint> stored_positions(const picker_session& session) {
     QList<QPoint> positions;
     const picker_tab_set set = session.stored();
@@ -73,9 +97,12 @@ private slots:
     void initTestCase() { isolate_settings(); }
 
     void init() {
+        QSettings(QStringLiteral("Talvora"), QStringLiteral("picker")).remove("recentPickers"_q);
         session_ = std::make_unique<picker_session>(words("head neck L_arm chest L_hand R_hand"));
         QVERIFY(session_->isUp());
         session_->open(rig());
+        // Opening a picker leaves the keys with the picker.
+        QCOMPARE(QApplication::focusWidget(), session_->dock()->widget());
         check({{head, red}, {neck, green}, {arm, blue}, {hands, purple}});
     }
 
@@ -322,6 +349,164 @@ private slots:
         QVERIFY2(page->toPlainText().contains(QLatin1String("Quick start")),
                  qPrintable(page->toPlainText().left(200)));
         page->window()->close();
+    }
+
+    // A label typed for one tab's buttons never lands on another's; the toolbox shows the tab in
+    // front.
+    void a_label_goes_to_its_tab() {
+        session_->open(rig(), "other"_q);
+        session_->show_tab(1);
+        session_->click(chest, Qt::ControlModifier);
+        QCOMPARE(size_shown(*session_), "10"_q);
+        session_->show_tab(2);
+        QCOMPARE(size_shown(*session_), "10"_q);
+        session_->click(neck, Qt::ControlModifier);
+        QCOMPARE(size_shown(*session_), "20"_q);
+        session_->click_on(label_field(*session_));
+        session_->type("NECK"_q);
+        session_->key(Qt::Key_Return);
+        session_->show_tab(1);
+        QCOMPARE(size_shown(*session_), "10"_q);
+        QCOMPARE(label_field(*session_)->text(), QString());
+        session_->reenter();
+
+        QCOMPARE(session_->stored().tabs.at(1).buttons.at(3).label, QString());
+        QCOMPARE(session_->stored().tabs.at(2).buttons.at(1).label, "NECK"_q);
+        QCOMPARE(session_->front()->tab()->undoer()->count(), 0);
+    }
+
+    // Add Many takes the nodes selected when it is chosen, places them on a left press only,
+    // and adds them as one step.
+    void add_many_data() {
+        QTest::addColumn<QString>("placing");
+        QTest::addColumn<QList<QStringList>>("added");
+        const QList<QStringList> both{{"L_arm"_q}, {"chest"_q}};
+        QTest::newRow("left press") << "left"_q << both;
+        QTest::newRow("right press cancels") << "right"_q << QList<QStringList>();
+        QTest::newRow("Esc cancels") << "escape"_q << QList<QStringList>();
+    }
+
+    void add_many() {
+        QFETCH(QString, placing);
+        QFETCH(QList<QStringList>, added);
+        QVERIFY(session_->host.executeCommand("select -r \"L_arm\" \"chest\""_q));
+        session_->settle();
+        session_->choose(empty, "Add Many Buttons"_q);
+        QVERIFY(session_->host.executeCommand("select -r \"head\""_q));
+        session_->settle();
+        const QPoint place(300, 320);
+        if (placing == QLatin1String("right")) {
+            bool menuShown = false;
+            answer_next(&QApplication::activePopupWidget, [&menuShown](QWidget* popup) {
+                menuShown = true;
+                popup->close();
+            });
+            session_->click(place, Qt::NoModifier, Qt::RightButton);
+            QVERIFY(menuShown);
+            QVERIFY(session_->activate());
+        } else if (placing == QLatin1String("escape")) {
+            session_->key(Qt::Key_Escape);
+        }
+        session_->click(place);
+        QCOMPARE(stored_names(*session_, 1).mid(5), added);
+        QCOMPARE(session_->front()->tab()->undoer()->count(), added.isEmpty() ? 0 : 1);
+        if (!added.isEmpty()) {
+            // Framed to show the whole picker, the new row in it.
+            QVERIFY(session_->front()->zoom() <= 1.0);
+            session_->key(Qt::Key_Z, Qt::ControlModifier);
+            QCOMPARE(stored_names(*session_, 1).size(), 5);
+        }
+    }
+
+    // In a tab the user made: a button added from the host's selection, then bound to another.
+    void update_button_in_a_new_tab() {
+        session_->key(Qt::Key_N, Qt::ControlModifier);
+        QVERIFY(session_->host.executeCommand("select -r \"head\""_q));
+        session_->settle();
+        const QPoint at(100, 100);
+        session_->choose(at, "Add One Button"_q);
+        QVERIFY(session_->host.executeCommand("select -r \"neck\" \"chest\""_q));
+        session_->settle();
+        session_->choose(at, "Update Button"_q);
+        QCOMPARE(stored_names(*session_, 2), (QList<QStringList>{{"neck"_q, "chest"_q}}));
+        // Nothing would change: no step.
+        session_->choose(at, "Update Button"_q);
+        QCOMPARE(session_->front()->tab()->undoer()->count(), 2);
+    }
+
+    // A file cut short opens with what was whole, and says what was lost.
+    void a_damaged_file_says_what_was_lost() {
+        picker_tab_record tab;
+        tab.title = "cut"_q;
+        tab.buttons = rig();
+        const QByteArray whole = pickerFileBytes(tab);
+        const QString path = session_->path("cut.pkr"_q);
+        QVERIFY(writeBytes(path, whole.left(whole.size() - 12)));
+        QString warning;
+        answer_next(&QApplication::activeModalWidget, [&warning](QWidget* dialog) {
+            if (auto* box = qobject_cast<QMessageBox*>(dialog))
+                warning = box->text();
+            static_cast<QDialog*>(dialog)->accept();
+        });
+        QVERIFY(session_->host.executeCommand("TalvoraPicker open \"%1\""_q.arg(path)));
+        session_->settle();
+        QVERIFY2(warning.contains(QLatin1String("4 of 5 buttons could be read")) &&
+                     warning.contains(path),
+                 qPrintable(warning));
+        QCOMPARE(stored_names(*session_, 2).size(), 4);
+    }
+
+    // Save As adds the extension the Open dialog looks for; what is saved or opened is listed
+    // among the recent pickers, most recent first, until its file goes.
+    void save_as_and_recent_pickers() {
+        QString suffix;
+        answer_next(&QApplication::activeModalWidget, [&suffix](QWidget* dialog) {
+            if (auto* files = qobject_cast<QFileDialog*>(dialog))
+                suffix = files->defaultSuffix();
+            static_cast<QDialog*>(dialog)->reject();
+        });
+        session_->menu("&File"_q, "Save As..."_q);
+        QCOMPARE(suffix, "pkr"_q);
+
+        const QString mine = session_->path("mine.pkr"_q);
+        picker_set_file_hook([&mine](const picker_file_question&) { return QStringList{mine}; });
+        session_->menu("&File"_q, "Save As..."_q);
+        picker_set_file_hook({});
+        QVERIFY(QFileInfo::exists(mine));
+        const auto recent = [this] {
+            session_->glance("&File"_q);
+            QStringList listed;
+            for (QMenu* menu : session_->dock()->findChildren<QMenu*>()) {
+                if (menu->title() != QLatin1String("Recent Pickers"))
+                    continue;
+                for (const QAction* action : menu->actions())
+                    listed << action->text();
+            }
+            return listed;
+        };
+        QCOMPARE(recent(), words("mine.pkr rig.pkr"));
+        QFile::remove(mine);
+        QCOMPARE(recent(), words("rig.pkr"));
+    }
+
+    // After a dialog the keys are the picker's again, with no click on the canvas first.
+    void keys_come_back_after_a_dialog() {
+        answer_next(&QApplication::activeModalWidget,
+                    [](QWidget* dialog) { static_cast<QDialog*>(dialog)->reject(); });
+        session_->key(Qt::Key_O, Qt::ControlModifier);
+        const int before = session_->tabs()->count();
+        session_->key(Qt::Key_N, Qt::ControlModifier);
+        QCOMPARE(session_->tabs()->count(), before + 1);
+    }
+
+    // A picker opened shows whole, never zoomed in past 1.
+    void an_opened_picker_is_framed() {
+        const QPoint far(1400, 1100);
+        session_->open({square("head"_q, far, red.rgb(), 40), square("neck"_q, neck, green.rgb())},
+                       "far"_q);
+        QVERIFY(session_->front()->zoom() <= 1.0);
+        QVERIFY(session_->front()->rect().contains(session_->front()->mapToScreen(far)));
+        check({{far, red}, {neck, green}});
     }
 
     // Reading a scene never marks it modified, and nothing the picker does for one scene is

@@ -169,8 +169,13 @@ private slots:
             << QList<styled>{{0xFF102030, 14, QStringLiteral("A"), buttonRecord::All},
                              {0xFF102030, 14, QStringLiteral("B"), buttonRecord::Some}}
             << QRgb(0xFF102030) << QString() << 14;
-        QTest::newRow("nothing selected keeps controls and state")
-            << two_of_three(false) << firebrick << QStringLiteral("typed") << 10;
+        QTest::newRow("nothing selected keeps colour and size, offers no label")
+            << two_of_three(false) << firebrick << QString() << 10;
+        // Mixed sizes show none, and no entry of the list is marked.
+        QTest::newRow("sizes 14 and 18 show blank")
+            << QList<styled>{{0xFF102030, 14, QStringLiteral("A"), buttonRecord::All},
+                             {0xFF102030, 18, QStringLiteral("A"), buttonRecord::All}}
+            << QRgb(0xFF102030) << QStringLiteral("A") << 0;
     }
 
     void update_controls() {
@@ -188,10 +193,14 @@ private slots:
         window.updateControls();
 
         QCOMPARE(icon_colour(toolbox->colorButton()), colour);
-        QCOMPARE(toolbox->sizeButton()->text(), QString::number(size));
+        const QString shownSize = size > 0 ? QString::number(size) : QString();
+        QCOMPARE(toolbox->sizeButton()->text(), shownSize);
+        const QAction* marked = toolbox->sizeButton()->menu()->activeAction();
+        QCOMPARE(marked != nullptr ? marked->text() : QString(),
+                 view->tab()->any_selected() ? shownSize : QStringLiteral("10"));
         QCOMPARE(toolbox->labelField()->text(), label);
         QCOMPARE(window.currentColor() | 0xFF000000, colour);
-        QCOMPARE(window.currentSize(), size);
+        QCOMPARE(window.currentSize(), size > 0 ? size : 14);
         QCOMPARE(window.currentLabel(), view->tab()->any_selected() ? label : QString());
         QCOMPARE(view->tab()->undoer()->count(), 0);
     }

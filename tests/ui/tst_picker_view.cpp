@@ -216,8 +216,10 @@ private slots:
         QTest::newRow("at the upper limit") << 16.0 << 120 << -1 << 16.0 << QPoint(0, 0);
         // min(400 / 100, 400 / 50) * 0.75 = 3; the centre goes to (200, 200).
         QTest::newRow("frame all buttons") << 1.0 << 0 << -1 << 3.0 << QPoint(53, 128);
-        // One 10-unit button alone would need 30: the zoom stops at 16.
-        QTest::newRow("frame selected only") << 1.0 << 0 << 1 << 16.0 << QPoint(-1304, -504);
+        // A lone button takes a quarter of the view: 400 / 10 * 0.25 = 10 about its centre
+        // (94, 44).
+        QTest::newRow("frame a lone selected button")
+            << 1.0 << 0 << 1 << 10.0 << QPoint(-740, -240);
     }
 
     void navigation() {

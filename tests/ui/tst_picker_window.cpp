@@ -117,6 +117,7 @@ private slots:
     // Ctrl+W asks first; Cancel keeps the tab, Ok closes it.
     void close_tab_asks_first() {
         picker_window window(nullptr);
+        window.frontTab()->insertButton(button_at(QPoint(10, 10), {QStringLiteral("a")}), -1);
         const QString question = QStringLiteral(
             "Are you sure you want to close the tab \"Untitled\"?\n\nAll changes will be lost.");
         for (const QMessageBox::StandardButton answer : {QMessageBox::Cancel, QMessageBox::Ok}) {
@@ -135,6 +136,11 @@ private slots:
             QCOMPARE(asked, question);
             QCOMPARE(tabs_of(window)->count(), answer == QMessageBox::Ok ? 0 : 1);
         }
+        // A tab with nothing on it goes without a question.
+        window.new_tab();
+        QVERIFY(focus(window));
+        QTest::keyClick(&window, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(tabs_of(window)->count(), 0);
     }
 };
 

@@ -15,5 +15,9 @@ int main(int argc, char* argv[]) {
     QFile err;
     out.open(stdout, QIODevice::WriteOnly);
     err.open(stderr, QIODevice::WriteOnly);
-    return runPkrtool(QCoreApplication::arguments().mid(1), out, err);
+    // The bytes of each argument as given: a file name need not be UTF-8.
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(pkrtoolArgument(argv[i]));
+    return runPkrtool(arguments, out, err);
 }

@@ -31,6 +31,7 @@ const QLatin1String type_selection("selection");
 const QLatin1String type_command("command");
 const QLatin1String api_mel("mel");
 const QLatin1String api_python("python");
+constexpr QRgb default_label_color = 0xFF000000;
 
 bool isHexDigit(QChar c) {
     const char16_t unit = c.unicode();
@@ -180,17 +181,25 @@ public:
         if (!value.isObject())
             return fail(where, QStringLiteral("expected an object"));
         const auto field = [&where](QLatin1String key) { return where + QLatin1Char('.') + key; };
-        return checkKeys(object, where,
-                         {key_pos, key_size, key_type, key_api, key_color, key_tcolor, key_label,
-                          key_sel},
-                         {}) &&
+        // Left out: MEL, no label, and on a selection button the toolbox's black label colour;
+        // a command button's label colour has no default that would read the same.
+        const bool command = object.value(key_type) == QJsonValue(type_command);
+        QList<QLatin1String> required{key_pos, key_size, key_type, key_color, key_sel};
+        QList<QLatin1String> optional{key_api, key_label};
+        (command ? required : optional).append(key_tcolor);
+        button.api = buttonAttributes::Mel;
+        button.tcolor = default_label_color;
+        button.label = QString();
+        return checkKeys(object, where, required, optional) &&
                readPoint(object.value(key_pos), field(key_pos), button.pos) &&
                readInt(object.value(key_size), field(key_size), button.size) &&
                readEnum(object.value(key_type), field(key_type), type_selection, type_command,
                         button.type) &&
-               readEnum(object.value(key_api), field(key_api), api_mel, api_python, button.api) &&
+               (!object.contains(key_api) ||
+                readEnum(object.value(key_api), field(key_api), api_mel, api_python, button.api)) &&
                readColor(object.value(key_color), field(key_color), button.color) &&
-               readColor(object.value(key_tcolor), field(key_tcolor), button.tcolor) &&
+               (!object.contains(key_tcolor) ||
+                readColor(object.value(key_tcolor), field(key_tcolor), button.tcolor)) &&
                readString(object.value(key_label), field(key_label), button.label) &&
                readNames(object.value(key_sel), field(key_sel), button.sel);
     }

@@ -11,8 +11,10 @@
 
 #include <QCommandLineOption>
 #include <QCommandLineParser>
-#include <QFile>
 #include <QIODevice>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace {
 
@@ -61,73 +63,112 @@ QString buttonLine(int index, const buttonAttributes& button) {
         .arg(quoted(button.label), names.join(QLatin1Char(' ')));
 }
 
-int runInfo(const QStringList& arguments, QIODevice& out, QIODevice& err) {
+QByteArray jsonText(const QJsonDocument& document) {
+    return document.toJson(QJsonDocument::Indented);
+}
+
+QJsonValue backgroundJson(const picker_tab_record& tab) {
+    if (tab.backgroundPng.isEmpty())
+        return QJsonValue(QJsonValue::Null);
+    const png_layout png = inspectPng(tab.backgroundPng);
+    QJsonObject background{{QStringLiteral("bytes"), tab.backgroundPng.size()}};
+    if (png.size.isValid()) {
+        background.insert(QStringLiteral("width"), png.size.width());
+        background.insert(QStringLiteral("height"), png.size.height());
+    }
+    return background;
+}
+
+int runInfo(const pkrtool_run& run, const QStringList& arguments) {
     QCommandLineParser parser;
-    if (!parseCommand(parser, arguments, err))
-        return pkrtool_usage;
+    const QCommandLineOption json = jsonOption();
+    parser.addOption(json);
+    int exitCode = pkrtool_ok;
+    if (!run.parse(parser, arguments, exitCode))
+        return exitCode;
     picker_tab_record tab;
     qint32 version = 0;
-    if (!readPicker(parser.positionalArguments().first(), tab, version, err))
+    if (!run.readPicker(parser.positionalArguments().first(), tab, version))
         return pkrtool_failed;
+    if (parser.isSet(json)) {
+        QJsonObject object = pickerToJson(tab, version);
+        object.insert(QStringLiteral("background"), backgroundJson(tab));
+        run.out().write(jsonText(QJsonDocument(object)));
+        return pkrtool_ok;
+    }
     QString text =
         QStringLiteral("title: %1\nformat version: %2\n").arg(quoted(tab.title)).arg(version);
     text += backgroundLine(tab);
     text += QStringLiteral("buttons: %1\n").arg(tab.buttons.size());
     for (int i = 0; i < tab.buttons.size(); ++i)
         text += buttonLine(i, tab.buttons.at(i));
-    writeText(out, text);
+    writeText(run.out(), text);
     return pkrtool_ok;
 }
 
-int runDump(const QStringList& arguments, QIODevice& out, QIODevice& err) {
+int runDump(const pkrtool_run& run, const QStringList& arguments) {
     QCommandLineParser parser;
     const QCommandLineOption output = outputOption();
     parser.addOption(output);
-    if (!parseCommand(parser, arguments, err))
-        return pkrtool_usage;
+    int exitCode = pkrtool_ok;
+    if (!run.parse(parser, arguments, exitCode))
+        return exitCode;
+    const QString input = parser.positionalArguments().first();
+    const QString target = parser.isSet(output) ? parser.value(output) : QStringLiteral("-");
+    if (const QString mistake = run.sameFileMistake(input, target); !mistake.isEmpty())
+        return run.usage(mistake);
     picker_tab_record tab;
     qint32 version = 0;
-    if (!readPicker(parser.positionalArguments().first(), tab, version, err))
+    if (!run.readPicker(input, tab, version))
         return pkrtool_failed;
-    const QByteArray json = pickerJsonText(tab, version);
-    if (!parser.isSet(output)) {
-        out.write(json);
+    return run.writeOutput(target, pickerJsonText(tab, version)) ? pkrtool_ok : pkrtool_failed;
+}
+
+int runBuild(const pkrtool_run& run, const QStringList& arguments) {
+    QCommandLineParser parser;
+    const QCommandLineOption output = outputOption();
+    parser.addOption(output);
+    int exitCode = pkrtool_ok;
+    if (!run.parse(parser, arguments, exitCode))
+        return exitCode;
+    if (!parser.isSet(output))
+        return run.usage(QStringLiteral("build needs -o FILE.pkr"));
+    const QString input = parser.positionalArguments().first();
+    if (const QString mistake = run.sameFileMistake(input, parser.value(output));
+        !mistake.isEmpty())
+        return run.usage(mistake);
+    QByteArray json;
+    if (!run.readInput(input, json))
+        return pkrtool_failed;
+    picker_tab_record tab;
+    const QString fault = pickerFromJsonText(json, tab);
+    if (!fault.isEmpty())
+        return run.fail(
+            QStringLiteral("'%1' is not a picker description: %2").arg(shownName(input), fault));
+    return run.writeOutput(parser.value(output), pickerFileBytes(tab)) ? pkrtool_ok
+                                                                       : pkrtool_failed;
+}
+
+int runNamespaces(const pkrtool_run& run, const QStringList& arguments) {
+    QCommandLineParser parser;
+    const QCommandLineOption json = jsonOption();
+    parser.addOption(json);
+    int exitCode = pkrtool_ok;
+    if (!run.parse(parser, arguments, exitCode))
+        return exitCode;
+    picker_tab_record tab;
+    qint32 version = 0;
+    if (!run.readPicker(parser.positionalArguments().first(), tab, version))
+        return pkrtool_failed;
+    const QStringList used = collectCurrentNamespace(tab.buttons);
+    if (parser.isSet(json)) {
+        run.out().write(jsonText(QJsonDocument(QJsonArray::fromStringList(used))));
         return pkrtool_ok;
     }
-    return writeFile(parser.value(output), json, err) ? pkrtool_ok : pkrtool_failed;
-}
-
-int runBuild(const QStringList& arguments, QIODevice& err) {
-    QCommandLineParser parser;
-    const QCommandLineOption output = outputOption();
-    parser.addOption(output);
-    if (!parseCommand(parser, arguments, err))
-        return pkrtool_usage;
-    if (!parser.isSet(output))
-        return usageError(err, QStringLiteral("build needs -o FILE.pkr"));
-    const QString input = parser.positionalArguments().first();
-    QFile file(input);
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(err, QStringLiteral("cannot open '%1': %2").arg(input, file.errorString()));
-    picker_tab_record tab;
-    const QString fault = pickerFromJsonText(file.readAll(), tab);
-    if (!fault.isEmpty())
-        return fail(err, QStringLiteral("'%1' is not a picker description: %2").arg(input, fault));
-    return writeFile(parser.value(output), pickerFileBytes(tab), err) ? pkrtool_ok : pkrtool_failed;
-}
-
-int runNamespaces(const QStringList& arguments, QIODevice& out, QIODevice& err) {
-    QCommandLineParser parser;
-    if (!parseCommand(parser, arguments, err))
-        return pkrtool_usage;
-    picker_tab_record tab;
-    qint32 version = 0;
-    if (!readPicker(parser.positionalArguments().first(), tab, version, err))
-        return pkrtool_failed;
     QString text;
-    for (const QString& ns : collectCurrentNamespace(tab.buttons))
+    for (const QString& ns : used)
         text += ns + QLatin1Char('\n');
-    writeText(out, text);
+    writeText(run.out(), text);
     return pkrtool_ok;
 }
 
@@ -136,6 +177,28 @@ QString counted(int count, const char* noun) {
         .arg(count)
         .arg(QLatin1String(noun))
         .arg(count == 1 ? QString() : QStringLiteral("s"));
+}
+
+// Empty when Maya would take ns as a namespace: parts of ASCII letters, digits and '_', none
+// starting with a digit, joined by single colons; a trailing colon is allowed, and the empty
+// namespace is the root.
+QString namespaceMistake(const QString& ns) {
+    if (ns.isEmpty())
+        return QString();
+    const QString body = ns.endsWith(QLatin1Char(':')) ? ns.chopped(1) : ns;
+    for (const QString& part : body.split(QLatin1Char(':'))) {
+        if (part.isEmpty())
+            return QStringLiteral("an empty part");
+        if (part.at(0).isDigit())
+            return QStringLiteral("a part that starts with a digit");
+        for (const QChar c : part) {
+            const ushort u = c.unicode();
+            if (!((u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || (u >= '0' && u <= '9') ||
+                  u == '_'))
+                return QStringLiteral("'%1' in it").arg(c);
+        }
+    }
+    return QString();
 }
 
 // The --map values as parallel OLD and NEW lists; empty when usable, else what is wrong.
@@ -148,6 +211,10 @@ QString splitMaps(const QStringList& maps, QStringList& olds, QStringList& news)
             return QStringLiteral("--map needs OLD=NEW, not '%1'").arg(map);
         if (olds.contains(map.left(equals)))
             return QStringLiteral("'%1' is mapped twice").arg(map.left(equals));
+        const QString mistake = namespaceMistake(map.mid(equals + 1));
+        if (!mistake.isEmpty())
+            return QStringLiteral("--map %1: '%2' is no namespace (%3)")
+                .arg(map, map.mid(equals + 1), mistake);
         olds.append(map.left(equals));
         news.append(map.mid(equals + 1));
     }
@@ -156,24 +223,33 @@ QString splitMaps(const QStringList& maps, QStringList& olds, QStringList& news)
 
 // What the namespace dialog does when the user picks NEW for each OLD and leaves the other
 // namespaces as they are; the file is rewritten only when something changed or -o names another.
-int runRebind(const QStringList& arguments, QIODevice& out, QIODevice& err) {
+int runRebind(const pkrtool_run& run, const QStringList& arguments) {
     QCommandLineParser parser;
     const QCommandLineOption mapOption(QStringLiteral("map"), QString(), QStringLiteral("OLD=NEW"));
     const QCommandLineOption allowUnused(QStringLiteral("allow-unused"));
     const QCommandLineOption output = outputOption();
     parser.addOptions({mapOption, allowUnused, output});
-    if (!parseCommand(parser, arguments, err))
-        return pkrtool_usage;
+    int exitCode = pkrtool_ok;
+    if (!run.parse(parser, arguments, exitCode))
+        return exitCode;
     QStringList olds;
     QStringList news;
     const QString mistake = splitMaps(parser.values(mapOption), olds, news);
     if (!mistake.isEmpty())
-        return usageError(err, mistake);
-
+        return run.usage(mistake);
     const QString input = parser.positionalArguments().first();
+    // Standard input cannot be rewritten in place: the result goes where a filter's goes.
+    const QString target = parser.isSet(output)          ? parser.value(output)
+                           : input == QLatin1String("-") ? input
+                                                         : QString();
+    if (!target.isEmpty()) {
+        if (const QString same = run.sameFileMistake(input, target); !same.isEmpty())
+            return run.usage(same);
+    }
+
     picker_tab_record tab;
     qint32 version = 0;
-    if (!readPicker(input, tab, version, err))
+    if (!run.readPicker(input, tab, version))
         return pkrtool_failed;
     const QStringList used = collectCurrentNamespace(tab.buttons);
     QStringList chosen = used;
@@ -186,33 +262,35 @@ int runRebind(const QStringList& arguments, QIODevice& out, QIODevice& err) {
             chosen[index] = news.at(i);
     }
     if (!unused.isEmpty() && !parser.isSet(allowUnused))
-        return fail(err, QStringLiteral("'%1' does not use the namespace%2 %3 (pkrtool namespaces "
-                                        "lists those it uses; --allow-unused skips such maps)")
-                             .arg(input, unused.size() == 1 ? QString() : QStringLiteral("s"),
-                                  unused.join(QStringLiteral(", "))));
+        return run.fail(QStringLiteral("'%1' does not use the namespace%2 %3 (pkrtool namespaces "
+                                       "lists those it uses; --allow-unused skips such maps)")
+                            .arg(shownName(input),
+                                 unused.size() == 1 ? QString() : QStringLiteral("s"),
+                                 unused.join(QStringLiteral(", "))));
 
     const rebind_counts counts = rebindButtons(tab.buttons, buildRebindMap(used, chosen));
     QString summary =
         QStringLiteral("changed %1 and %2")
             .arg(counted(counts.names, "node name"), counted(counts.scripts, "script"));
-    if (parser.isSet(output) || counts.names + counts.scripts > 0) {
-        const QString target = parser.isSet(output) ? parser.value(output) : input;
-        if (!writeFile(target, pickerFileBytes(tab), err))
+    if (!target.isEmpty() || counts.names + counts.scripts > 0) {
+        if (!run.writeOutput(target.isEmpty() ? input : target, pickerFileBytes(tab)))
             return pkrtool_failed;
     } else {
         summary += QStringLiteral("; '%1' left as it was").arg(input);
     }
-    writeText(out, summary + QLatin1Char('\n'));
+    run.report(summary + QLatin1Char('\n'), target == QLatin1String("-"));
     return pkrtool_ok;
 }
 
 } // namespace
 
 int runPkrtool(const QStringList& arguments, QIODevice& out, QIODevice& err) {
+    const QString command = arguments.value(0);
+    const pkrtool_run run(command, out, err);
     if (arguments.isEmpty())
-        return usageError(err, QStringLiteral("no command given"));
-    const QString command = arguments.first();
-    if (command == QLatin1String("--help") && arguments.size() == 1) {
+        return run.usage(QStringLiteral("no command given"));
+    if ((command == QLatin1String("--help") || command == QLatin1String("-h")) &&
+        arguments.size() == 1) {
         writeUsage(out);
         return pkrtool_ok;
     }
@@ -220,21 +298,16 @@ int runPkrtool(const QStringList& arguments, QIODevice& out, QIODevice& err) {
         out.write("pkrtool " PICKER_VERSION "\n");
         return pkrtool_ok;
     }
-    if (command == QLatin1String("info"))
-        return runInfo(arguments, out, err);
-    if (command == QLatin1String("dump"))
-        return runDump(arguments, out, err);
-    if (command == QLatin1String("build"))
-        return runBuild(arguments, err);
-    if (command == QLatin1String("namespaces"))
-        return runNamespaces(arguments, out, err);
-    if (command == QLatin1String("rebind"))
-        return runRebind(arguments, out, err);
-    if (command == QLatin1String("scene"))
-        return runScene(arguments, out, err);
-    if (command == QLatin1String("extract"))
-        return runExtract(arguments, out, err);
-    if (command == QLatin1String("store"))
-        return runStore(arguments, out, err);
-    return usageError(err, QStringLiteral("unknown command '%1'").arg(command));
+    using command_fn = int (*)(const pkrtool_run&, const QStringList&);
+    // render draws, and so runs in a GUI application of its own (pkrtool_render.h).
+    const QList<QPair<const char*, command_fn>> table{
+        {"info", &runInfo},       {"dump", &runDump},
+        {"build", &runBuild},     {"namespaces", &runNamespaces},
+        {"rebind", &runRebind},   {"scene", &runScene},
+        {"extract", &runExtract}, {"store", &runStore}};
+    for (const auto& entry : table) {
+        if (command == QLatin1String(entry.first))
+            return entry.second(run, arguments);
+    }
+    return run.usage(QStringLiteral("unknown command '%1'").arg(command));
 }

@@ -12,6 +12,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QRegularExpression>
+#include <QSet>
 
 namespace {
 
@@ -50,62 +51,100 @@ QStringList spreadSelectNames(const QStringList& arguments) {
     return spread;
 }
 
-// The view as the window shows it: the same buttons, background and lit states.
-void loadView(picker_view& view, const picker_tab_record& tab, const QStringList& select) {
+// The view as the window shows it: the same buttons and background.
+void loadView(picker_view& view, const picker_tab_record& tab) {
     if (!tab.backgroundPng.isEmpty()) {
         QPixmap image;
         image.loadFromData(tab.backgroundPng, "PNG");
         view.tab()->setBackground(tab.backgroundKey, image);
     }
     view.tab()->replaceButtons(tab.buttons);
-    view.tab()->conform_to_set(button_set::fromStringList(select));
+}
+
+// As "Frame View" does it, without the glide: on the lit buttons when there are any.
+void frame(picker_view& view) {
+    view.frame_view();
+    while (view.animating())
+        view.animate_zoom();
+}
+
+// The names no selection button holds, in the order given.
+QStringList strangers(const picker_tab_record& tab, const QStringList& names) {
+    QSet<QString> held;
+    for (const buttonAttributes& att : tab.buttons) {
+        if (att.type == buttonAttributes::Selection)
+            held.unite(QSet<QString>(att.sel.cbegin(), att.sel.cend()));
+    }
+    QStringList missing;
+    for (const QString& name : names) {
+        if (!held.contains(name) && !missing.contains(name))
+            missing.append(name);
+    }
+    return missing;
 }
 
 } // namespace
 
-int runRender(const QStringList& arguments, QIODevice& out, QIODevice& err) {
+int runRender(const pkrtool_run& run, const QStringList& arguments) {
     QCommandLineParser parser;
     const QCommandLineOption output = outputOption();
     const QCommandLineOption sizeOption(QStringLiteral("size"), QString(), QStringLiteral("WxH"),
                                         QStringLiteral("1024x768"));
     const QCommandLineOption zoomOption(QStringLiteral("zoom"), QString(), QStringLiteral("Z"));
     const QCommandLineOption frameOption(QStringLiteral("frame"));
+    const QCommandLineOption frameSelectionOption(QStringLiteral("frame-selection"));
     const QCommandLineOption selectOption(QStringLiteral("select"), QString(),
                                           QStringLiteral("NAME"));
-    parser.addOptions({output, sizeOption, zoomOption, frameOption, selectOption});
-    if (!parseCommand(parser, spreadSelectNames(arguments), err))
-        return pkrtool_usage;
+    parser.addOptions(
+        {output, sizeOption, zoomOption, frameOption, frameSelectionOption, selectOption});
+    int exitCode = pkrtool_ok;
+    if (!run.parse(parser, spreadSelectNames(arguments), exitCode))
+        return exitCode;
     if (!parser.isSet(output))
-        return usageError(err, QStringLiteral("render needs -o OUT.png"));
+        return run.usage(QStringLiteral("render needs -o OUT.png"));
+    const QString input = parser.positionalArguments().first();
+    const QString target = parser.value(output);
+    if (const QString mistake = run.sameFileMistake(input, target); !mistake.isEmpty())
+        return run.usage(mistake);
     const QSize size = parseSize(parser.value(sizeOption));
     if (!size.isValid())
-        return usageError(err, QStringLiteral("--size wants WIDTHxHEIGHT, each 1 to 16384"));
-    if (parser.isSet(zoomOption) && parser.isSet(frameOption))
-        return usageError(err, QStringLiteral("--zoom and --frame exclude each other"));
+        return run.usage(QStringLiteral("--size wants WIDTHxHEIGHT, each 1 to 16384"));
+    if (int(parser.isSet(zoomOption)) + int(parser.isSet(frameOption)) +
+            int(parser.isSet(frameSelectionOption)) >
+        1)
+        return run.usage(
+            QStringLiteral("--zoom, --frame and --frame-selection exclude each other"));
+    const QStringList select = parser.values(selectOption);
+    if (parser.isSet(frameSelectionOption) && select.isEmpty())
+        return run.usage(QStringLiteral("--frame-selection needs --select NAME"));
     double zoom = 0.0;
     if (parser.isSet(zoomOption)) {
         bool read = false;
         zoom = parser.value(zoomOption).toDouble(&read);
         if (!read || zoom <= 0.0)
-            return usageError(err, QStringLiteral("--zoom wants a number above 0"));
+            return run.usage(QStringLiteral("--zoom wants a number above 0"));
     }
 
     picker_tab_record tab;
     qint32 version = 0;
-    if (!readPicker(parser.positionalArguments().first(), tab, version, err))
+    if (!run.readPicker(input, tab, version))
         return pkrtool_failed;
+    const QStringList missing = strangers(tab, select);
+    if (!missing.isEmpty())
+        run.warn(QStringLiteral("no button holds %1").arg(missing.join(QStringLiteral(", "))));
 
     picker_view view;
     view.resize(size);
-    loadView(view, tab, parser.values(selectOption));
-    if (zoom > 0.0) {
+    loadView(view, tab);
+    // Framed before the names are lit, unless the framing is to be on them.
+    const button_set lit = button_set::fromStringList(select);
+    if (zoom > 0.0)
         view.setZoom(static_cast<float>(zoom), QPoint(0, 0));
-    } else {
-        // As "Frame View" does it, without the glide.
-        view.frame_view();
-        while (view.animating())
-            view.animate_zoom();
-    }
+    else if (!parser.isSet(frameSelectionOption))
+        frame(view);
+    view.tab()->conform_to_set(lit);
+    if (parser.isSet(frameSelectionOption))
+        frame(view);
 
     QImage image(size, QImage::Format_ARGB32);
     image.fill(Qt::transparent);
@@ -118,13 +157,14 @@ int runRender(const QStringList& arguments, QIODevice& out, QIODevice& err) {
     QBuffer buffer(&png);
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "PNG");
-    if (!writeFile(parser.value(output), png, err))
+    if (!run.writeOutput(target, png))
         return pkrtool_failed;
-    writeText(out, QStringLiteral("%1: %2 x %3, zoom %4\n")
-                       .arg(parser.value(output))
-                       .arg(size.width())
-                       .arg(size.height())
-                       .arg(view.zoom()));
+    run.report(QStringLiteral("%1: %2 x %3, zoom %4\n")
+                   .arg(target == QLatin1String("-") ? QStringLiteral("standard output") : target)
+                   .arg(size.width())
+                   .arg(size.height())
+                   .arg(view.zoom()),
+               target == QLatin1String("-"));
     return pkrtool_ok;
 }
 
@@ -138,5 +178,8 @@ int renderMain(int argc, char* argv[]) {
     QFile err;
     out.open(stdout, QIODevice::WriteOnly);
     err.open(stderr, QIODevice::WriteOnly);
-    return runRender(QApplication::arguments().mid(1), out, err);
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(pkrtoolArgument(argv[i]));
+    return runRender(pkrtool_run(arguments.first(), out, err), arguments);
 }

@@ -111,6 +111,12 @@ picker_editCmdDialog::picker_editCmdDialog(QWidget* parent, buttonAttributes* at
     nameEdit_->setText(brp_->label);
     if (!brp_->sel.isEmpty())
         commandEdit_->setPlainText(brp_->sel.first());
+    // A button with no script would do nothing: OK waits for one.
+    const auto scripted = [this] { ok_->setEnabled(!commandEdit_->toPlainText().isEmpty()); };
+    connect(commandEdit_, &QTextEdit::textChanged, this, scripted);
+    scripted();
+    ok_->setDefault(true);
+    nameEdit_->setFocus(Qt::OtherFocusReason);
 }
 
 void picker_editCmdDialog::update_button() {

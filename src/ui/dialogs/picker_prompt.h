@@ -29,6 +29,8 @@ struct picker_file_question {
     QString title;
     QString directory;
     QString filter;
+    // Added to a name typed without an extension, for saves.
+    QString defaultSuffix;
 };
 
 using picker_message_hook = std::function<QMessageBox::StandardButton(const picker_message&)>;

@@ -154,9 +154,11 @@ void add_manybuttons_cmd::update(const QPoint& pos, int) {
 
 void add_manybuttons_cmd::finish() {
     view_->endPreview();
-    if (!buttons_.isEmpty())
+    if (!buttons_.isEmpty()) {
         view_->tab()->undoer()->push(
             new add_button_cmd(view_->tab(), buttons_, QStringLiteral("Add Many Buttons")));
+        view_->frame_to_fit(true);
+    }
     view_->adjustCursor(true);
 }
 

@@ -8,8 +8,10 @@
 
 #include <QMenu>
 #include <QResizeEvent>
+#include <QShowEvent>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -254,21 +256,59 @@ void picker_view::reset_view() {
 }
 
 void picker_view::frame_view() {
-    frameBounds(button_bounds(tab_->any_selected()), false);
+    const bool selectedOnly = tab_->any_selected();
+    const int framed =
+        selectedOnly ? static_cast<int>(tab_->selectedIndices().size()) : tab_->count();
+    frameBounds(button_bounds(selectedOnly), false, framed == 1 ? 0.25f : 0.75f);
 }
 
-void picker_view::frameBounds(const QRect& bounds, bool noZoomIn) {
+void picker_view::frame_to_fit(bool animate) {
+    fitPending_ = false;
+    const QRect bounds = tab_->count() > 0 ? button_bounds(false) : tab_->background().rect();
+    if (bounds.isEmpty() || width() <= 0 || height() <= 0)
+        return;
+    const animationRecord fit = framing(bounds, 0.75f, 1.0f);
+    if (animate) {
+        zoomWindow(fit.zoom, fit.shift);
+        return;
+    }
+    timer_.stop();
+    zoom_ = fit.zoom;
+    shift_ = fit.shift;
+    update();
+}
+
+void picker_view::fitWhenShown() {
+    fitPending_ = true;
+    if (isVisible() && width() > 0 && height() > 0)
+        frame_to_fit(false);
+}
+
+void picker_view::showEvent(QShowEvent* e) {
+    QWidget::showEvent(e);
+    if (fitPending_ && width() > 0 && height() > 0)
+        frame_to_fit(false);
+}
+
+picker_view::animationRecord picker_view::framing(const QRect& bounds, float fill,
+                                                  float most) const {
+    const auto zx = static_cast<float>(static_cast<float>(width()) / bounds.width() * fill);
+    const auto zy = static_cast<float>(static_cast<float>(height()) / bounds.height() * fill);
+    animationRecord frame;
+    frame.zoom = std::min(limitZoom(zy > zx ? zx : zy), most);
+    const QPoint c = bounds.center();
+    frame.shift = QPoint(static_cast<int>(static_cast<float>(width() / 2) - c.x() * frame.zoom),
+                         static_cast<int>(static_cast<float>(height() / 2) - c.y() * frame.zoom));
+    return frame;
+}
+
+void picker_view::frameBounds(const QRect& bounds, bool noZoomIn, float fill) {
     if (bounds.isEmpty())
         return;
-    const auto zx = static_cast<float>(static_cast<float>(width()) / bounds.width() * 0.75);
-    const auto zy = static_cast<float>(static_cast<float>(height()) / bounds.height() * 0.75);
-    float z = limitZoom(zy > zx ? zx : zy);
-    if (noZoomIn && static_cast<double>(z) > zoom_)
-        z = static_cast<float>(zoom_);
-    const QPoint c = bounds.center();
-    const int x = static_cast<int>(static_cast<float>(width() / 2) - c.x() * z);
-    const int y = static_cast<int>(static_cast<float>(height() / 2) - c.y() * z);
-    zoomWindow(z, QPoint(x, y));
+    // Framing may zoom out but never in.
+    const float most = noZoomIn ? static_cast<float>(zoom_) : 16.0f;
+    const animationRecord frame = framing(bounds, fill, most);
+    zoomWindow(frame.zoom, frame.shift);
 }
 
 QRect picker_view::button_bounds(bool selectedOnly) const {
@@ -306,6 +346,8 @@ bool picker_view::select_bounds(const QRect& area, bool add) {
 void picker_view::resizeEvent(QResizeEvent* e) {
     QWidget::resizeEvent(e);
     overlay_.banner()->resize(e->size().width(), e->size().height());
+    if (fitPending_ && isVisible() && width() > 0 && height() > 0)
+        frame_to_fit(false);
 }
 
 void picker_view::wheelEvent(QWheelEvent* e) {
@@ -349,9 +391,9 @@ void picker_view::add_many_buttons() {
 void picker_view::update_button() {
     const int target = tab_->indexOf(lastButton_);
     const QStringList& names = tab_->mirror()->names();
-    // Nothing to rebind, or nothing would change: no step.
-    if (!tab_->any_selected() || target < 0 || names.isEmpty() ||
-        tab_->buttons().at(target).att.sel == names)
+    // The button pressed last takes the host's selection, lit or not (the new names rarely
+    // light it); nothing to take, or nothing that would change, is no step.
+    if (target < 0 || names.isEmpty() || tab_->buttons().at(target).att.sel == names)
         return;
     push(new update_buttons_cmd(tab_, target, names));
 }

@@ -26,6 +26,7 @@ class QMouseEvent;
 class QPainter;
 class QPaintEvent;
 class QResizeEvent;
+class QShowEvent;
 class QWheelEvent;
 class picker_mouse_cmd;
 
@@ -140,8 +141,13 @@ public:
     void setZoom(float z, const QPoint& anchor);
     // Glides to the zoom and offset over eight ticks of 20 ms; z is taken as given.
     void zoomWindow(float z, const QPoint& shift);
-    // Glides so that the picker rectangle fills three quarters of the view.
-    void frameBounds(const QRect& bounds, bool noZoomIn);
+    // Glides so that the picker rectangle fills three quarters of the view, or a quarter for a
+    // lone button, which would otherwise fill the view.
+    void frameBounds(const QRect& bounds, bool noZoomIn, float fill = 0.75f);
+    // Frames the whole picker, never above zoom 1: how a picker first shows.
+    void frame_to_fit(bool animate);
+    // Frames the whole picker once the view first shows with its size.
+    void fitWhenShown();
     bool animating() const { return timer_.isActive(); }
 
     const button_shape& shape(int index) const {
@@ -207,6 +213,7 @@ public slots:
 protected:
     void paintEvent(QPaintEvent* e) override;
     void resizeEvent(QResizeEvent* e) override;
+    void showEvent(QShowEvent* e) override;
     void wheelEvent(QWheelEvent* e) override;
     void mousePressEvent(QMouseEvent* e) override;
     void mouseMoveEvent(QMouseEvent* e) override;
@@ -236,6 +243,9 @@ private:
     void build_input();
     // The right-button menu, entries set for what is under the pointer; runs modally.
     void show_context_menu(QMouseEvent* e);
+    // Where framing the picker rectangle so it fills that share of the view puts zoom and
+    // offset, the zoom no higher than most.
+    animationRecord framing(const QRect& bounds, float fill, float most) const;
     // Ends the gesture in progress without its effect.
     void cancel_gesture();
 
@@ -280,6 +290,7 @@ private:
     QPoint dragOffset_;
     button_list preview_;
     std::vector<button_shape> previewShapes_;
+    bool fitPending_ = false;
     overlay_list overlay_;
     QTimer timer_;
     interpolateRecord animate_;

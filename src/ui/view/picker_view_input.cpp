@@ -271,7 +271,10 @@ void picker_view::show_context_menu(QMouseEvent* e) {
     // The keys must keep working whatever the menu showed.
     deletex_->setEnabled(true);
     e->accept();
-    setFocus();
+    if (owner_ != nullptr)
+        owner_->takeKeys();
+    else
+        setFocus();
     adjustCursor(false);
 }
 

@@ -14,6 +14,8 @@ public:
     virtual toolboxState buttonStyle() const = 0;
     // The view's lit buttons may have changed: the toolbox shows them.
     virtual void updateControls() = 0;
+    // The keys go to the window again (after the view's context menu).
+    virtual void takeKeys() = 0;
 
 protected:
     ~picker_view_owner() = default;

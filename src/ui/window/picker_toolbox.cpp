@@ -29,12 +29,10 @@ const int row_margin = 4;
 // Items of wlist_ while the row is shown: the tabs, a spacing, the row, a spacing.
 const int shown_items = 4;
 
-// What the selected buttons have, each attribute as a set so that mixed values show.
+// The sizes and labels the lit buttons have, as sets so that mixed values show.
 struct toolbox_state {
-    QSet<unsigned int> bcolor;
     QSet<int> bsize;
     QSet<QString> blabel;
-    QSet<unsigned int> lcolor;
 };
 
 QIcon make_icon(QRgb color) {
@@ -83,6 +81,8 @@ void picker_toolbox::make_toolbox() {
     labelf_ = new QLineEdit(window_);
     labelf_->setToolTip(QStringLiteral("Button Label"));
     connect(labelf_, &QLineEdit::editingFinished, this, &picker_toolbox::set_button_label);
+    // A label is for the tab it was typed in, whichever tab is in front when it is finished.
+    connect(labelf_, &QLineEdit::textEdited, this, [this] { labelTab_ = window_->frontTab(); });
 
     toolbox_ = new QHBoxLayout;
     toolbox_->addSpacing(row_spacing);
@@ -151,6 +151,15 @@ void picker_toolbox::set_label_color(QRgb color) {
         tab->undoer()->push(new change_labelc_cmd(tab, color));
 }
 
+void picker_toolbox::show_size_entry(int size) {
+    QAction* shown = nullptr;
+    for (QAction* entry : sizem_->menu()->actions()) {
+        if (entry->text() == QString::number(size))
+            shown = entry;
+    }
+    sizem_->menu()->setActiveAction(shown);
+}
+
 void picker_toolbox::set_button_size(QAction* action) {
     sizem_->setText(action->text());
     bool parsed = false;
@@ -161,8 +170,20 @@ void picker_toolbox::set_button_size(QAction* action) {
 }
 
 void picker_toolbox::set_button_label() {
-    if (picker_tab* tab = selecting_tab())
+    // Finishing an edit twice (Enter, then leaving the field) labels once.
+    if (!labelf_->isModified())
+        return;
+    labelf_->setModified(false);
+    picker_tab* tab = labelTab_.data();
+    labelTab_.clear();
+    if (tab != nullptr && tab->any_selected())
         tab->undoer()->push(new change_label_cmd(tab, labelf_->text()));
+}
+
+void picker_toolbox::frontChanged() {
+    if (labelf_ != nullptr)
+        set_button_label();
+    updateControls();
 }
 
 void picker_toolbox::do_color_menu() {
@@ -179,27 +200,35 @@ void picker_toolbox::do_labelcolor_menu() {
 
 void picker_toolbox::updateControls() {
     const picker_tab* tab = window_->frontTab();
-    if (!isShown() || tab == nullptr || tab->count() == 0)
+    if (!isShown() || tab == nullptr)
         return;
     toolbox_state seen;
+    const buttonAttributes* first = nullptr;
     for (const buttonRecord& button : tab->buttons()) {
         if (button.selected == buttonRecord::None)
             continue;
-        seen.bcolor.insert(button.att.color);
+        if (first == nullptr)
+            first = &button.att;
         seen.bsize.insert(button.att.size);
         seen.blabel.insert(button.att.label);
-        seen.lcolor.insert(button.att.tcolor);
     }
-    if (seen.bcolor.isEmpty())
+    if (first == nullptr) {
+        // Nothing lit here: no label of another tab's buttons is offered for new ones.
+        const QSignalBlocker blocker(labelf_);
+        labelf_->clear();
+        current_.label.clear();
         return;
-    // Mixed colours and sizes show one of them; mixed labels show none.
-    const QRgb color = *seen.bcolor.cbegin();
-    const QRgb textcolor = *seen.lcolor.cbegin();
-    const int size = *seen.bsize.cbegin();
+    }
+    // Mixed colours show the first lit button's; mixed sizes and labels show none. New
+    // buttons take the first lit button's style.
+    const QRgb color = first->color;
+    const QRgb textcolor = first->tcolor;
+    const int size = first->size;
     colorm_->setIcon(make_icon(color));
     {
         const QSignalBlocker blocker(sizem_);
-        sizem_->setText(QString::number(size));
+        sizem_->setText(seen.bsize.size() == 1 ? QString::number(size) : QString());
+        show_size_entry(seen.bsize.size() == 1 ? size : 0);
     }
     {
         const QSignalBlocker blocker(labelf_);

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "picker_edit_cmd.h"
+#include "picker_tab.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QRgb>
 #include <QString>
 
@@ -11,7 +13,6 @@ class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
 class QVBoxLayout;
-class picker_tab;
 class picker_window;
 
 // The row under the tabs that shows the selection's colour, size, label and label colour and
@@ -34,8 +35,10 @@ public:
     QPushButton* labelColorButton() const { return labelc_; }
 
     // Shows the front picker's selection in the controls and makes it the state new buttons
-    // take; with nothing selected everything stays as it is.
+    // take; with nothing selected the colour and size stay and the label empties.
     void updateControls();
+    // Another tab came to the front: a label typed for the last one goes to it first.
+    void frontChanged();
 
 public slots:
     void set_button_color(QRgb color);
@@ -51,6 +54,8 @@ private:
     void add_row();
     // The front tab when it has a selection to apply a value to.
     picker_tab* selecting_tab() const;
+    // Highlights the size list's entry for size; none for 0.
+    void show_size_entry(int size);
 
     picker_window* window_;
     QPushButton* colorm_ = nullptr;
@@ -61,4 +66,5 @@ private:
     QAction* togglex_;
     QVBoxLayout* wlist_;
     toolboxState current_;
+    QPointer<picker_tab> labelTab_; // where the label being typed goes
 };

@@ -1,5 +1,6 @@
 #include "picker_window.h"
 
+#include "picker_background_key.h"
 #include "picker_dialog.h"
 #include "picker_file.h"
 #include "picker_mel_quote.h"
@@ -123,6 +124,7 @@ void picker_window::make_file_menu(QDockWidget* dock) {
     openx_ = add_entry(filem_, tr("Open..."), true);
     setWidgetShortcut(openx_, QKeySequence(QStringLiteral("Ctrl+O")));
     connect(openx_, &QAction::triggered, this, &picker_window::open_tab);
+    recentFiles_ = filem_->addMenu(tr("Recent Pickers"));
     filem_->addSeparator();
     savex_ = add_entry(filem_, tr("Save"), true);
     setWidgetShortcut(savex_, QKeySequence(QStringLiteral("Ctrl+S")));
@@ -195,7 +197,6 @@ void picker_window::add_many_buttons() {
     if (view == nullptr || selection().isEmpty())
         return;
     view->add_many_buttons();
-    view->frame_view();
 }
 
 void picker_window::update_button() {
@@ -208,9 +209,9 @@ void picker_window::change_background() {
     picker_tab* tab = frontTab();
     if (tab == nullptr)
         return;
-    const QStringList chosen = picker_ask_files({picker_file_question::kind::open_file, this,
-                                                 QStringLiteral("Choose Background"), QString(),
-                                                 QStringLiteral("Images (*.png *.xpm *.jpg)")});
+    const QStringList chosen = picker_ask_files(
+        {picker_file_question::kind::open_file, this, QStringLiteral("Choose Background"),
+         QString(), QStringLiteral("Images (*.png *.xpm *.jpg)"), QString()});
     if (chosen.isEmpty()) {
         if (tab->background().isNull())
             return;
@@ -226,7 +227,7 @@ void picker_window::change_background() {
     const QPixmap image = chosen.isEmpty() ? QPixmap() : QPixmap(chosen.first());
     // A file that does not load leaves the tab without a background, and the scene without an
     // entry for it.
-    tab->setBackground(image.isNull() ? QString() : QString::number(image.cacheKey(), 10), image);
+    tab->setBackground(image.isNull() ? QString() : backgroundKeyOf(image.toImage()), image);
     setImageData(tab);
     updateSceneData();
 }
@@ -259,10 +260,7 @@ picker_tab* picker_window::frontTab() const {
 }
 
 picker_view* picker_window::make_view(picker_tab* tab) {
-    auto* view = new picker_view(tab, this, tabs_);
-    // Keys for the canvas reach the window, which hands them on.
-    view->setFocusProxy(this);
-    return view;
+    return new picker_view(tab, this, tabs_);
 }
 
 void picker_window::new_tab() {
@@ -301,6 +299,7 @@ void picker_window::rename_tab() {
 }
 
 void picker_window::updateFileMenu() {
+    fill_recent_pickers();
     const bool anyTab = tabs_->count() > 0;
     savex_->setEnabled(anyTab);
     saveasx_->setEnabled(anyTab);
@@ -324,6 +323,8 @@ void picker_window::follow_front_tab() {
                           << connect(tab, &picker_tab::litChanged, this, refresh);
     }
     refresh_edit_actions();
+    if (tools_ != nullptr)
+        tools_->frontChanged();
 }
 
 void picker_window::refresh_edit_actions() {
@@ -519,6 +520,10 @@ void picker_window::enterEvent(QEnterEvent* event) {
 void picker_window::enterEvent(QEvent* event) {
 #endif
     QWidget::enterEvent(event);
+    // Typing meant for a text field elsewhere (the host's script line) stays there.
+    const QWidget* focus = QApplication::focusWidget();
+    if (focus != nullptr && focus != this && !isAncestorOf(focus) && takes_text(focus))
+        return;
     setFocus(Qt::MouseFocusReason);
 }
 
@@ -561,6 +566,7 @@ void picker_window::streamFrom(QDataStream& stream) {
     for (const picker_tab_record& tab : set.tabs.mid(0, result.wholeTabs)) {
         picker_view* view = view_from_record(tab);
         tabs_->addTab(view, tab.title);
+        view->fitWhenShown();
         connect_picker(view->tab());
     }
     if (set.current >= 0 && set.current < tabs_->count())

@@ -72,6 +72,7 @@ public:
     // Asks the host, on idle, to select exactly the mirror's names.
     bool postSelection() override;
     toolboxState buttonStyle() const override { return tools_->current(); }
+    void takeKeys() override { setFocus(Qt::OtherFocusReason); }
 
     void setWidgetShortcut(QAction* action, const QKeySequence& sequence) const;
     bool execute_shortcut(QKeyEvent* event);
@@ -99,9 +100,9 @@ public:
     void streamFrom(QDataStream& stream) override;
     void fetchFrontImageData() override;
     void setBackgroundImage(const QString& key, const QPixmap& image) override;
-    void save_current() override;
-    void saveas_current() override;
-    void load_pickers(const QStringList& paths) override;
+    bool save_current() override;
+    bool saveas_current(const QString& path) override;
+    bool load_pickers(const QStringList& paths) override;
     // Namespaces the scene has, as picker_ListNamespaces lists them.
     void rebindFront(const QStringList& namespaces, bool rebind) override;
 
@@ -177,6 +178,9 @@ private:
     bool keys_are_ours() const;
     // The window's own enabled actions carrying the event's key sequence, in the order added.
     QList<QAction*> actions_for(const QKeyEvent* event) const;
+    // The last picker files opened or saved, most recent first, as the File menu lists them.
+    void remember_picker(const QString& path);
+    void fill_recent_pickers();
     // A view holding the tab as read from a file or the scene.
     picker_view* view_from_record(const picker_tab_record& record);
     // The tab at index as files and the scene keep it.
@@ -211,6 +215,7 @@ private:
     QAction* bkgnx_ = nullptr;
     QAction* namex_ = nullptr;
     QAction* togglex_ = nullptr;
+    QMenu* recentFiles_ = nullptr;
     // Destroyed before the child widgets connected to it, so none reaches a half-destroyed window.
     std::unique_ptr<picker_toolbox> tools_;
     string_map recent_;

@@ -8,11 +8,22 @@
 #include <QDataStream>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QMenu>
+#include <QSettings>
 #include <QTabWidget>
+
+#include <algorithm>
 
 namespace {
 
 const QString picker_filter = QStringLiteral("Talvora Picker (*.pkr)");
+const QString recent_key = QStringLiteral("recentPickers");
+constexpr int recent_count = 10;
+
+QSettings picker_settings() {
+    return QSettings(QStringLiteral("Talvora"), QStringLiteral("picker"));
+}
 
 // Another tool's file named .pkr reads as nonsense right away; ours has at least its version,
 // title and background whole, whatever became of the buttons.
@@ -37,18 +48,20 @@ void picker_window::load_one_picker(const QString& path) {
     load_pickers(QStringList{path});
 }
 
-void picker_window::load_pickers(const QStringList& paths) {
+bool picker_window::load_pickers(const QStringList& paths) {
+    bool allOpened = true;
     for (int i = 0; i < paths.size(); ++i) {
         const QString& path = paths.at(i);
         QFile file(path);
         picker_tab_record tab;
+        picker_read_result read;
         QString problem;
         if (!file.open(QIODevice::ReadOnly)) {
             problem = QStringLiteral("Could not open the file \"%1\".\n\nPlease check the file "
                                      "permissions and try again.")
                           .arg(QDir::toNativeSeparators(path));
         } else {
-            readPickerFile(file, tab);
+            read = readPickerFile(file, tab);
             if (!header_reads_whole(file))
                 problem = QStringLiteral("The file \"%1\" is not a picker file.")
                               .arg(QDir::toNativeSeparators(path));
@@ -59,8 +72,9 @@ void picker_window::load_pickers(const QStringList& paths) {
             const QMessageBox::StandardButton answer =
                 picker_ask({QMessageBox::Critical, this, tr("Open Failed"), problem,
                             more ? QMessageBox::Cancel | QMessageBox::Ignore : QMessageBox::Ok});
+            allOpened = false;
             if (answer == QMessageBox::Cancel)
-                return;
+                return false;
             continue;
         }
         picker_view* view = view_from_record(tab);
@@ -69,18 +83,61 @@ void picker_window::load_pickers(const QStringList& paths) {
         // The image enters the scene with the picker; restoring a scene then has it there.
         setImageData(view->tab());
         tabs_->setCurrentIndex(tabs_->addTab(view, tab.title));
+        view->fitWhenShown();
+        remember_picker(path);
         updateSceneData();
         request_rebind(false);
+        // What was whole is open; what was lost is said, not skipped in silence.
+        if (!read.ok()) {
+            const QString kept = read.buttonCount < 0
+                                     ? QStringLiteral("none of its buttons could be read")
+                                     : QStringLiteral("%1 of %2 buttons could be read")
+                                           .arg(tab.buttons.size())
+                                           .arg(qMax(read.buttonCount, qint32(tab.buttons.size())));
+            picker_ask({QMessageBox::Warning, this, tr("Damaged Picker"),
+                        QStringLiteral("The file \"%1\" is damaged: %2.\n\n%3")
+                            .arg(QDir::toNativeSeparators(path), kept, read.error),
+                        QMessageBox::Ok});
+        }
     }
+    return allOpened;
+}
+
+void picker_window::remember_picker(const QString& path) {
+    QSettings settings = picker_settings();
+    QStringList paths = settings.value(recent_key).toStringList();
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    paths.removeAll(absolute);
+    paths.prepend(absolute);
+    settings.setValue(recent_key, paths.mid(0, recent_count));
+}
+
+void picker_window::fill_recent_pickers() {
+    QSettings settings = picker_settings();
+    QStringList paths = settings.value(recent_key).toStringList();
+    // Files gone since are dropped for good.
+    paths.erase(std::remove_if(paths.begin(), paths.end(),
+                               [](const QString& path) { return !QFileInfo::exists(path); }),
+                paths.end());
+    settings.setValue(recent_key, paths);
+    recentFiles_->clear();
+    for (const QString& path : std::as_const(paths)) {
+        QAction* entry = recentFiles_->addAction(QFileInfo(path).fileName());
+        entry->setToolTip(QDir::toNativeSeparators(path));
+        connect(entry, &QAction::triggered, this, [this, path] { load_one_picker(path); });
+    }
+    recentFiles_->setEnabled(!paths.isEmpty());
 }
 
 void picker_window::open_tab() {
     load_pickers(picker_ask_files({picker_file_question::kind::open_files, this,
-                                   tr("Select Picker"), QString(), picker_filter}));
+                                   tr("Select Picker"), QString(), picker_filter, QString()}));
 }
 
 bool picker_window::do_save(picker_view* view, const QString& path) {
     const bool saved = writeFileWhole(path, pickerFileBytes(tab_record(tabs_->indexOf(view))));
+    if (saved)
+        remember_picker(path);
     if (!saved) {
         picker_ask({QMessageBox::Critical, this, tr("Save Failed"),
                     QStringLiteral("Could not open the file \"%1\" for writing.\n\nPlease check "
@@ -92,26 +149,31 @@ bool picker_window::do_save(picker_view* view, const QString& path) {
     return saved;
 }
 
-void picker_window::save_current() {
+bool picker_window::save_current() {
     picker_view* view = frontPicker();
     if (view == nullptr)
-        return;
+        return false;
     if (view->tab()->path().isEmpty())
-        saveas_current();
-    else
-        do_save(view, view->tab()->path());
+        return saveas_current(QString());
+    return do_save(view, view->tab()->path());
 }
 
-void picker_window::saveas_current() {
+bool picker_window::saveas_current(const QString& path) {
     picker_view* view = frontPicker();
     if (view == nullptr)
-        return;
+        return false;
     picker_tab* tab = view->tab();
-    const QStringList chosen = picker_ask_files(
-        {picker_file_question::kind::save_file, this, tr("Save Tab:"), tab->path(), picker_filter});
-    if (chosen.isEmpty() || chosen.first().isEmpty())
-        return;
-    tab->setPath(do_save(view, chosen.first()) ? chosen.first() : QString());
+    QString target = path;
+    if (target.isEmpty()) {
+        target = picker_ask_files({picker_file_question::kind::save_file, this, tr("Save Tab:"),
+                                   tab->path(), picker_filter, QStringLiteral("pkr")})
+                     .value(0);
+        if (target.isEmpty())
+            return true;
+    }
+    const bool saved = do_save(view, target);
+    tab->setPath(saved ? target : QString());
+    return saved;
 }
 
 void picker_window::request_save() {
@@ -125,6 +187,13 @@ void picker_window::request_saveas() {
 }
 
 void picker_window::close_one(int index) {
+    // A tab with nothing on it has nothing to lose.
+    const picker_tab* tab = tab_at(index);
+    if (tab != nullptr && tab->count() == 0 && tab->background().isNull()) {
+        close_tab(index);
+        updateSceneData();
+        return;
+    }
     const QMessageBox::StandardButton answer = picker_ask(
         {QMessageBox::Warning, this, tr("Close Tab"),
          QStringLiteral(

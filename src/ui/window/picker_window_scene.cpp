@@ -1,5 +1,6 @@
 #include "picker_window.h"
 
+#include "picker_background_key.h"
 #include "picker_file.h"
 #include "picker_mel_quote.h"
 #include "picker_stream.h"
@@ -21,17 +22,6 @@ QString image_entry(const QString& key) {
     return picker_mel_quote(QLatin1String(picker_scene_image_prefix) + key);
 }
 
-// Keys are issued as MEL; ours are always the decimal text of a pixmap's cache key.
-bool plain_digits(const QString& key) {
-    if (key.isEmpty())
-        return false;
-    for (const QChar c : key) {
-        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
-            return false;
-    }
-    return true;
-}
-
 void issue(const QString& mel) {
     if (picker_host* host = picker_main::host())
         host->executeCommandOnIdle(mel, false);
@@ -44,9 +34,17 @@ picker_view* picker_window::view_from_record(const picker_tab_record& record) {
     if (!record.backgroundKey.isEmpty()) {
         QPixmap image;
         image.loadFromData(record.backgroundPng, "PNG");
-        // A key from someone else's file or scene could carry MEL of its own.
-        const QString key = plain_digits(record.backgroundKey) ? record.backgroundKey
-                                                               : QString::number(image.cacheKey());
+        // A key from someone else's file or scene could carry MEL of its own; under a key another
+        // tab stores a different image with, one of the two images would be lost in the scene.
+        const QString read = isPlainBackgroundKey(record.backgroundKey)
+                                 ? record.backgroundKey
+                                 : backgroundKeyOf(record.backgroundPng);
+        QHash<QString, QByteArray> stored;
+        for (int i = 0; i < tabs_->count(); ++i) {
+            if (const picker_tab* other = tab_at(i); other && !other->backgroundKey().isEmpty())
+                stored.insert(other->backgroundKey(), background_png(other));
+        }
+        const QString key = freeBackgroundKey(read, record.backgroundPng, stored);
         if (!image.isNull())
             pngs_.insert(image.cacheKey(), record.backgroundPng);
         tab->setBackground(key, image);

@@ -61,8 +61,17 @@ arg str(const std::string& value);
 arg array(const std::vector<std::string>& values);
 arg unreadable();
 
-// Creates the registered command through its creator, runs doIt and deletes it.
+// Creates the registered command through its creator and runs doIt. As Maya does, a call that
+// succeeded and is undoable then goes on the undo queue, dropping what was undone; any other is
+// deleted.
 MStatus runCommand(const std::string& name, const std::vector<arg>& args);
+// Walk the undo queue with undoIt and redoIt; kFailure when there is nothing to walk.
+MStatus undo();
+MStatus redo();
+
+// Plug-in objects and plug-in function sets alive right now.
+int liveObjects();
+int liveFunctionSets();
 
 // The error text MStatus::errorString gives for a failed operation.
 std::string failureText();

@@ -46,7 +46,14 @@ struct fake_state {
     int activeSelectionReads = 0;
     int itemStringReads = 0;
     MGlobal::MMayaState mayaState = MGlobal::kInteractive;
+    std::vector<std::unique_ptr<MPxCommand>> undoQueue;
+    // Calls before this index are done; from it on they wait for redo.
+    std::size_t undoDone = 0;
 };
+
+// Not part of the resettable state: objects outlive a reset.
+int liveObjectCount = 0;
+int liveFunctionSetCount = 0;
 
 fake_state& state() {
     static fake_state instance;
@@ -207,8 +214,37 @@ MStatus runCommand(const std::string& name, const std::vector<arg>& args) {
     const auto found = state().commands.find(name);
     if (found == state().commands.end())
         return MS::kNotFound;
-    const std::unique_ptr<MPxCommand> command(static_cast<MPxCommand*>(found->second()));
-    return command->doIt(maya_fake_arg_access::build(args));
+    std::unique_ptr<MPxCommand> command(static_cast<MPxCommand*>(found->second()));
+    const MStatus status = command->doIt(maya_fake_arg_access::build(args));
+    if (status && command->isUndoable()) {
+        fake_state& s = state();
+        s.undoQueue.resize(s.undoDone);
+        s.undoQueue.push_back(std::move(command));
+        s.undoDone = s.undoQueue.size();
+    }
+    return status;
+}
+
+MStatus undo() {
+    fake_state& s = state();
+    if (s.undoDone == 0)
+        return MS::kFailure;
+    return s.undoQueue[--s.undoDone]->undoIt();
+}
+
+MStatus redo() {
+    fake_state& s = state();
+    if (s.undoDone == s.undoQueue.size())
+        return MS::kFailure;
+    return s.undoQueue[s.undoDone++]->redoIt();
+}
+
+int liveObjects() {
+    return liveObjectCount;
+}
+
+int liveFunctionSets() {
+    return liveFunctionSetCount;
 }
 
 void setMayaState(MGlobal::MMayaState mayaState) {
@@ -223,8 +259,15 @@ std::string failureText() {
 
 OPENMAYA_MAJOR_NAMESPACE_OPEN
 
-MObject::MObject() : null_(true) {}
-MObject::MObject(const MObject& other) = default;
+MObject::MObject() : null_(true) {
+    ++liveObjectCount;
+}
+MObject::MObject(const MObject& other) : null_(other.null_) {
+    ++liveObjectCount;
+}
+MObject::~MObject() {
+    --liveObjectCount;
+}
 bool MObject::isNull() const {
     return null_;
 }
@@ -303,11 +346,14 @@ bool MPxCommand::isUndoable() const {
 MFnPlugin::MFnPlugin(MObject& object, const char* vendor, const char* version,
                      const char* requiredApiVersion, MStatus* ReturnStatus)
     : object_(object) {
+    ++liveFunctionSetCount;
     state().pluginOpens.push_back({vendor, version, requiredApiVersion});
     setStatus(ReturnStatus, failing("MFnPlugin") ? MS::kFailure : MS::kSuccess);
 }
 
-MFnPlugin::~MFnPlugin() = default;
+MFnPlugin::~MFnPlugin() {
+    --liveFunctionSetCount;
+}
 
 MStatus MFnPlugin::registerCommand(const MString& commandName, MCreatorFunction creatorFunction,
                                    MCreateSyntaxFunction) {
@@ -353,6 +399,15 @@ MStatus MGlobal::getActiveSelectionList(MSelectionList& dest, bool) {
     if (failing("getActiveSelectionList"))
         return MS::kFailure;
     dest.items_ = state().selection;
+    return MS::kSuccess;
+}
+
+MStatus MGlobal::setActiveSelectionList(const MSelectionList& list, ListAdjustment adjustment) {
+    // The adapter only ever replaces the list.
+    if (adjustment != kReplaceList)
+        return MS::kNotImplemented;
+    state().selection = list.items_;
+    selectionChanged();
     return MS::kSuccess;
 }
 

@@ -6,12 +6,8 @@
 #include <maya/MString.h>
 #include <maya/MTypes.h>
 
-// The host reads the API version a plug-in was built against from this symbol; a second
-// definition means the header went into more than one translation unit.
 #ifndef MNoVersionString
-extern "C" {
-PLUGIN_EXPORT char MApiVersion[] = "20250000";
-}
+#include <maya/MApiVersion.h>
 #endif
 
 OPENMAYA_MAJOR_NAMESPACE_OPEN
@@ -28,6 +24,11 @@ public:
     MString loadPath(MStatus* ReturnStatus = nullptr) const;
 
 private:
+    // As in Maya: a function set is made from the object an entry point was handed, never from a
+    // const one, and its address is not taken.
+    MFnPlugin(const MObject& object);
+    MFnPlugin* operator&() const;
+
     MObject object_;
 };
 

@@ -25,6 +25,8 @@ public:
                                   bool undoEnabled = false);
     static MStatus getActiveSelectionList(MSelectionList& dest,
                                           bool orderedSelectionIfAvailable = false);
+    static MStatus setActiveSelectionList(const MSelectionList& list,
+                                          ListAdjustment listAdjustment = kReplaceList);
     static MStatus selectByName(const MString& name, ListAdjustment adjustment = kAddToList);
     static MStatus clearSelectionList();
     static void displayInfo(const MString& text);

@@ -8,6 +8,7 @@ class MObject {
 public:
     MObject();
     MObject(const MObject& other);
+    ~MObject();
     bool isNull() const;
 
 private:
