@@ -316,6 +316,8 @@ private slots:
                "\"#AARRGGBB\" or \"#RRGGBB\"";
         QTest::newRow("unknown option") << "dump -x a.pkr" << 2 << "unexpected argument '-x'";
         QTest::newRow("unknown command") << "frob a.pkr" << 2 << "unknown command 'frob'";
+        QTest::newRow("render at no scale") << "render good.pkr -o out.png --scale 0" << 2
+                                            << "--scale wants a number from 0.25 to 8";
         QTest::newRow("dump over its input")
             << "dump good.pkr -o ./good.pkr" << 2
             << "-o names the input file 'good.pkr', which dump would overwrite with its output";
@@ -501,18 +503,24 @@ private slots:
         QTest::addColumn<QRgb>("hidden");
         QTest::addColumn<bool>("framedOnAll");
         QTest::addColumn<QByteArray>("err");
+        QTest::addColumn<QSize>("pixels");
 
+        const QSize window(200, 100);
         const QRgb red = qRgb(0xB2, 0x22, 0x22);
         const QRgb lit = qRgb(224, 224, 224);
-        QTest::newRow("nothing lit") << QString() << red << lit << true << QByteArray();
-        QTest::newRow("all names lit") << "--select a b c" << lit << red << true << QByteArray();
+        QTest::newRow("nothing lit") << QString() << red << lit << true << QByteArray() << window;
+        QTest::newRow("all names lit")
+            << "--select a b c" << lit << red << true << QByteArray() << window;
         QTest::newRow("names one by one")
-            << "--select a --select b --select=c" << lit << red << true << QByteArray();
+            << "--select a --select b --select=c" << lit << red << true << QByteArray() << window;
         QTest::newRow("one name lit, names no button holds reported")
             << "--select b nobody" << qRgb(128, 128, 128) << red << true
-            << QByteArray("pkrtool: warning: no button holds nobody\n");
+            << QByteArray("pkrtool: warning: no button holds nobody\n") << window;
         QTest::newRow("framed on the lit buttons when asked")
-            << "--select a b c --frame-selection" << lit << red << false << QByteArray();
+            << "--select a b c --frame-selection" << lit << red << false << QByteArray() << window;
+        QTest::newRow("a screen of device pixel ratio 1.5, framed the same")
+            << "--scale 1.5 --select a b c" << lit << red << true << QByteArray()
+            << QSize(300, 150);
     }
 
     void render() {
@@ -521,6 +529,7 @@ private slots:
         QFETCH(QRgb, hidden);
         QFETCH(bool, framedOnAll);
         QFETCH(QByteArray, err);
+        QFETCH(QSize, pixels);
         write("rig.pkr", fileWithNames("a", "b", "c", "select -cl;"));
 
         const QByteArray plain = run("render rig.pkr -o plain.png --size 200x100"_q).out;
@@ -529,10 +538,11 @@ private slots:
         QCOMPARE(result.exitCode, 0);
         const QByteArray zoom = result.out.mid(result.out.indexOf(", zoom "));
         QCOMPARE(zoom == plain.mid(plain.indexOf(", zoom ")), framedOnAll);
-        QVERIFY(result.out.startsWith("rig.png: 200 x 100, zoom "));
+        QVERIFY(result.out.startsWith(
+            "rig.png: %1 x %2, zoom "_q.arg(pixels.width()).arg(pixels.height()).toUtf8()));
         QImage image;
         QVERIFY(image.loadFromData(read("rig.png"), "PNG"));
-        QCOMPARE(image.size(), QSize(200, 100));
+        QCOMPARE(image.size(), pixels);
         QCOMPARE(image.pixel(0, 0), qRgb(51, 51, 51));
         QSet<QRgb> colours;
         for (int y = 0; y < image.height(); ++y)
