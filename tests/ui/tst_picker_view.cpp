@@ -505,9 +505,9 @@ private slots:
         att.color = 0xFFFFFFFF;
         att.tcolor = lit ? 0xFFFFFFFF : 0xFF000000;
         if (shown == QLatin1String("background")) {
-            QImage halves(2, 1, QImage::Format_RGB32);
-            halves.setPixel(0, 0, qRgb(0, 0, 0));
-            halves.setPixel(1, 0, qRgb(255, 255, 255));
+            QImage halves(8, 8, QImage::Format_RGB32);
+            halves.fill(Qt::black);
+            QPainter(&halves).fillRect(4, 0, 4, 8, Qt::white);
             const QPixmap background = QPixmap::fromImage(halves);
             view.tab()->setBackground(QString::number(background.cacheKey()), background);
         } else {
@@ -518,12 +518,13 @@ private slots:
         view.setZoom(float(zoom), QPoint(0, 0));
         const QImage image = render(view, dpr);
         if (shown == QLatin1String("background")) {
-            // A quarter and three quarters of the way from black to white between the two
-            // pixels' centres, up to the rounding of the smoothing's weights.
+            // Black then white halves: the two device pixels each side of where they meet are a
+            // quarter and three quarters of the way, up to the rounding of the smoothing's weights.
             const int expected[] = {0, 64, 191, 255};
-            for (int x = 0; x < 4; ++x)
-                QVERIFY2(std::abs(qRed(image.pixel(x, 0)) - expected[x]) <= 3,
-                         qPrintable(QString::number(qRed(image.pixel(x, 0)))));
+            for (int i = 0; i < 4; ++i) {
+                const int red = qRed(image.pixel(6 + i, 4));
+                QVERIFY2(std::abs(red - expected[i]) <= 3, qPrintable(QString::number(red)));
+            }
             return;
         }
         const QRect box = view.mapToScreen(view.shape(0).bounds);
