@@ -35,13 +35,14 @@ QByteArray utf16(const char* ascii) {
 }
 
 // Version 4, title "Rig", empty key: selection button "Body" at (5, 6) size 10 in 0xFFB22222
-// with three names, then MEL command button "Hand" at (30, 6) holding the script.
+// with three names, then MEL command button "Hand" at (30, 6) holding the script, labelled in
+// black: smoothed glyph edges then blend no grey that a lit button shows.
 QByteArray fileWithNames(const char* arm, const char* other, const char* leg, const char* script) {
     return hex("00000004 00000006 005200690067 00000000 00000002"
                "00000000 00000005 00000006 0000000a 00000000 00000000 ffb22222 ff000000"
                "00000008 0042006f00640079 00000003") +
            utf16(arm) + utf16(other) + utf16(leg) +
-           hex("00000001 0000001e 00000006 0000000a 00000001 00000000 ff505050 ffffffff"
+           hex("00000001 0000001e 00000006 0000000a 00000001 00000000 ff505050 ff000000"
                "00000008 00480061006e0064 00000001") +
            utf16(script);
 }

@@ -458,7 +458,7 @@ private slots:
         view.tab()->replaceButtons(demo.buttons);
         view.setZoom(float(zoom), QPoint(0, 0));
         const QImage labelled = render(view, dpr);
-        QList<int> all;
+        index_list all;
         for (int i = 0; i < view.tab()->count(); ++i)
             all << i;
         view.tab()->editButtons(all, [](buttonAttributes& att, int) { att.tcolor = att.color; });
