@@ -384,7 +384,7 @@ private slots:
             // Too many buttons in sight to draw each frame's faces anew: the glide shows the
             // last exact ones scaled, and the frame it lands on must be exact again.
             for (int i = 0; i < 300; ++i) {
-                buttonAttributes att = button_at(QPoint(i % 30 * 5, 5 + i / 30 * 7), ab, 4);
+                buttonAttributes att = button_at(QPoint(i % 30 * 4, 4 + i / 30 * 5), ab, 4);
                 att.label = QString::number(i % 7);
                 tab->insertButton(att, -1);
             }
