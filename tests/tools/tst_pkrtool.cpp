@@ -25,7 +25,8 @@ using namespace picker_test_vectors;
 namespace {
 
 // Title "Rig", no key: selection button "Body" at (5, 6) size 10 in 0xFFB22222 with three
-// names, then MEL command button "Hand" at (30, 6) holding the script.
+// names, then MEL command button "Hand" at (30, 6) holding the script, labelled in black:
+// smoothed glyph edges then blend no grey that a lit button shows.
 QByteArray fileWithNames(const char* arm, const char* other, const char* leg, const char* script) {
     buttonAttributes body =
         button({QString::fromUtf8(arm), QString::fromUtf8(other), QString::fromUtf8(leg)}, {5, 6},
@@ -34,7 +35,6 @@ QByteArray fileWithNames(const char* arm, const char* other, const char* leg, co
     buttonAttributes hand =
         button({QString::fromUtf8(script)}, {30, 6}, 10, 0xFF505050, buttonAttributes::Command);
     hand.label = "Hand"_q;
-    hand.tcolor = 0xFFFFFFFF;
     return laid_file({"Rig"_q, QString(), QByteArray(), {body, hand}});
 }
 
@@ -304,6 +304,8 @@ private slots:
             << "info desc.json" << 1 << "'desc.json' is not a picker file";
         QTest::newRow("unknown option") << "dump -x a.pkr" << 2 << "unexpected argument '-x'";
         QTest::newRow("unknown command") << "frob a.pkr" << 2 << "unknown command 'frob'";
+        QTest::newRow("render at no scale") << "render good.pkr -o out.png --scale 0" << 2
+                                            << "--scale wants a number from 0.25 to 8";
         QTest::newRow("dump over its input")
             << "dump good.pkr -o ./good.pkr" << 2
             << "-o names the input file 'good.pkr', which dump would overwrite with its output";
@@ -489,18 +491,24 @@ private slots:
         QTest::addColumn<QRgb>("hidden");
         QTest::addColumn<bool>("framedOnAll");
         QTest::addColumn<QByteArray>("err");
+        QTest::addColumn<QSize>("pixels");
 
+        const QSize window(200, 100);
         const QRgb red = qRgb(0xB2, 0x22, 0x22);
         const QRgb lit = qRgb(224, 224, 224);
-        QTest::newRow("nothing lit") << QString() << red << lit << true << QByteArray();
-        QTest::newRow("all names lit") << "--select a b c" << lit << red << true << QByteArray();
+        QTest::newRow("nothing lit") << QString() << red << lit << true << QByteArray() << window;
+        QTest::newRow("all names lit")
+            << "--select a b c" << lit << red << true << QByteArray() << window;
         QTest::newRow("names one by one")
-            << "--select a --select b --select=c" << lit << red << true << QByteArray();
+            << "--select a --select b --select=c" << lit << red << true << QByteArray() << window;
         QTest::newRow("one name lit, names no button holds reported")
             << "--select b nobody" << qRgb(128, 128, 128) << red << true
-            << QByteArray("pkrtool: warning: no button holds nobody\n");
+            << QByteArray("pkrtool: warning: no button holds nobody\n") << window;
         QTest::newRow("framed on the lit buttons when asked")
-            << "--select a b c --frame-selection" << lit << red << false << QByteArray();
+            << "--select a b c --frame-selection" << lit << red << false << QByteArray() << window;
+        QTest::newRow("a screen of device pixel ratio 1.5, framed the same")
+            << "--scale 1.5 --select a b c" << lit << red << true << QByteArray()
+            << QSize(300, 150);
     }
 
     void render() {
@@ -509,6 +517,7 @@ private slots:
         QFETCH(QRgb, hidden);
         QFETCH(bool, framedOnAll);
         QFETCH(QByteArray, err);
+        QFETCH(QSize, pixels);
         write("rig.pkr", fileWithNames("a", "b", "c", "select -cl;"));
 
         const QByteArray plain = run("render rig.pkr -o plain.png --size 200x100"_q).out;
@@ -517,10 +526,11 @@ private slots:
         QCOMPARE(result.exitCode, 0);
         const QByteArray zoom = result.out.mid(result.out.indexOf(", zoom "));
         QCOMPARE(zoom == plain.mid(plain.indexOf(", zoom ")), framedOnAll);
-        QVERIFY(result.out.startsWith("rig.png: 200 x 100, zoom "));
+        QVERIFY(result.out.startsWith(
+            "rig.png: %1 x %2, zoom "_q.arg(pixels.width()).arg(pixels.height()).toUtf8()));
         QImage image;
         QVERIFY(image.loadFromData(read("rig.png"), "PNG"));
-        QCOMPARE(image.size(), QSize(200, 100));
+        QCOMPARE(image.size(), pixels);
         QCOMPARE(image.pixel(0, 0), qRgb(51, 51, 51));
         QSet<QRgb> colours;
         for (int y = 0; y < image.height(); ++y)

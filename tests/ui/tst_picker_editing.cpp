@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QProcess>
 #include <QPushButton>
 #include <QSettings>
 #include <QTextBrowser>
@@ -340,7 +341,7 @@ private slots:
         QCOMPARE(QApplication::clipboard()->mimeData()->data(format), bytes);
         // The pasted command button shows picked for editing: its blue lightened.
         if (!added.isEmpty())
-            check({{QPoint(100, 50), QColor(61, 61, 255)}});
+            check({{QPoint(93, 43), QColor(61, 61, 255)}});
     }
 
     void rename_tab_data() {
@@ -813,6 +814,41 @@ private slots:
         const int before = session_->tabs()->count();
         session_->key(Qt::Key_N, Qt::ControlModifier);
         QCOMPARE(session_->tabs()->count(), before + 1);
+    }
+
+    // pkrtool render is the window's canvas without a window: at the same zoom and offset it
+    // draws what the picker shows, labels and the smoothed background included, to the pixel.
+    void pkrtool_render_draws_what_the_window_draws() {
+        laid_tab tab{"drawn"_q, "7"_q, QByteArray(), rig()};
+        tab.buttons[0].label = "head"_q;
+        tab.buttons[4].label = "hands"_q;
+        tab.buttons[4].tcolor = 0xFFFFFFFF;
+        QImage ramp(64, 48, QImage::Format_RGB32);
+        for (int x = 0; x < ramp.width(); ++x)
+            for (int y = 0; y < ramp.height(); ++y)
+                ramp.setPixel(x, y, qRgb(x * 4, y * 5, 120));
+        tab.png = pngOf(ramp);
+        session_->open(tab);
+        picker_view* view = session_->front();
+        view->setZoom(2.5f, QPoint(0, 0));
+        view->setShift(QPoint(0, 0));
+        const QImage shown = view->grab().toImage().convertToFormat(QImage::Format_RGB32);
+
+        QTemporaryDir dir;
+        const QString file = dir.filePath("drawn.pkr"_q);
+        QVERIFY(writeBytes(file, laid_file(tab)));
+        QProcess pkrtool;
+        pkrtool.start(QStringLiteral(PKRTOOL_PATH),
+                      {"render"_q, file, "-o"_q, dir.filePath("drawn.png"_q), "--size"_q,
+                       "%1x%2"_q.arg(view->width()).arg(view->height()), "--zoom"_q, "2.5"_q});
+        QVERIFY(pkrtool.waitForFinished(-1));
+        QCOMPARE(pkrtool.exitCode(), 0);
+        QImage drawn(dir.filePath("drawn.png"_q));
+        drawn = drawn.convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(drawn.size(), shown.size());
+        // Above the help links, which belong to the window and not to a picture of the picker.
+        const QRect picker(0, 0, shown.width(), shown.height() / 2);
+        QCOMPARE(drawn.copy(picker), shown.copy(picker));
     }
 
     // A picker opened shows whole, never zoomed in past 1.

@@ -1,11 +1,14 @@
 #include "../support/picker_test_kit.h"
-#include "../support/picker_test_vectors.h"
+#include "picker_file.h"
 #include "picker_prompt.h"
 #include "picker_view.h"
 #include "picker_window.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QPainter>
+#include <QRegion>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWheelEvent>
@@ -15,8 +18,6 @@
 Q_DECLARE_METATYPE(QMessageBox::StandardButton)
 #endif
 
-using namespace picker_test_vectors;
-
 using namespace picker_test_kit;
 
 namespace {
@@ -25,8 +26,10 @@ const QColor canvas(51, 51, 51);
 const QColor red(200, 30, 30);
 const QStringList ab{QStringLiteral("a"), QStringLiteral("b")};
 
-QImage render(picker_view& view) {
-    QImage image(view.size(), QImage::Format_ARGB32);
+// What a screen of that device pixel ratio shows of the view.
+QImage render(picker_view& view, qreal dpr = 1) {
+    QImage image(view.size() * dpr, QImage::Format_ARGB32);
+    image.setDevicePixelRatio(dpr);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     view.paint(painter, view.rect());
@@ -164,10 +167,11 @@ private slots:
                                     << QList<QColor>{grey, canvas, canvas, canvas, canvas};
         QTest::newRow("circle recoloured") << ab << circle << "recolour" << QList<QPoint>{{50, 50}}
                                            << QList<QColor>{QColor(30, 30, 200)};
-        // Lightened, and outlined in white: the half-pixel outline blends into the left edge.
+        // Lightened, and outlined in white: the half-pixel outline runs inside the left edge, and
+        // nothing of it spills onto the canvas.
         QTest::newRow("command lit")
-            << ab << command << "light" << QList<QPoint>{{50, 50}, {45, 50}}
-            << QList<QColor>{QColor(red.lighter(150).rgb()), QColor(255, 126, 126)};
+            << ab << command << "light" << QList<QPoint>{{50, 50}, {45, 50}, {44, 50}}
+            << QList<QColor>{QColor(red.lighter(150).rgb()), QColor(255, 148, 148), canvas};
         // Inside the grown shape, outside the first one.
         QTest::newRow("circle grown")
             << ab << circle << "grown" << QList<QPoint>{{37, 50}} << QList<QColor>{red};
@@ -225,6 +229,138 @@ private slots:
 
         view.tab()->editButtons({1}, [](buttonAttributes& a, int) { a.label.clear(); });
         QVERIFY(!holds(render(view), second, 0xFF0000FF));
+    }
+
+    // The demo drawn with its labels and with each label in its button's own colour: wherever the
+    // two differ, a label drew, and that must be inside a labelled button's box.
+    void demo_labels_inside(double zoom, double dpr) {
+        QFile file(QStringLiteral(DEMO_PICKER));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        picker_tab_record demo;
+        QVERIFY(readPickerFile(file, demo).error.isEmpty());
+        picker_view view;
+        view.resize(520, 640);
+        view.tab()->replaceButtons(demo.buttons);
+        view.setZoom(float(zoom), QPoint(0, 0));
+        const QImage labelled = render(view, dpr);
+        index_list all;
+        for (int i = 0; i < view.tab()->count(); ++i)
+            all << i;
+        view.tab()->editButtons(all, [](buttonAttributes& att, int) { att.tcolor = att.color; });
+        const QImage hidden = render(view, dpr);
+        QRegion boxes;
+        int labels = 0;
+        for (int i = 0; i < view.tab()->count(); ++i) {
+            if (view.tab()->buttons().at(i).att.label.isEmpty())
+                continue;
+            const QRect box = view.mapToScreen(view.shape(i).bounds);
+            boxes += QRect(box.topLeft() * dpr, box.size() * dpr);
+            ++labels;
+        }
+        QVERIFY(labels > 20);
+        int inked = 0;
+        for (int y = 0; y < labelled.height(); ++y) {
+            for (int x = 0; x < labelled.width(); ++x) {
+                if (labelled.pixel(x, y) == hidden.pixel(x, y))
+                    continue;
+                ++inked;
+                QVERIFY2(boxes.contains(QPoint(x, y)), qPrintable("ink at %1, %2"_q.arg(x).arg(y)));
+            }
+        }
+        QVERIFY(inked > 0);
+    }
+
+    // Labels and the background read back in device pixels. A label is drawn at the resolution
+    // shown, its glyph edges smoothed there, and never a stretched picture of its zoom-1 self; a
+    // light label on a lit button of its own colour turns dark; the background is smoothed.
+    void crisp_data() {
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<double>("dpr");
+        QTest::newRow("label at zoom 2.5") << "label" << 2.5 << 1.0;
+        QTest::newRow("label at dpr 2") << "label" << 1.0 << 2.0;
+        QTest::newRow("label at zoom 0.77, dpr 1.5") << "label" << 0.77 << 1.5;
+        QTest::newRow("label where a glide over a crowd lands") << "glide" << 1.3 << 1.0;
+        QTest::newRow("white label on a lit white command") << "lit label" << 1.0 << 1.0;
+        QTest::newRow("background at zoom 2") << "background" << 2.0 << 1.0;
+        QTest::newRow("the demo's labels inside their boxes at zoom 0.77") << "demo" << 0.77 << 1.0;
+        QTest::newRow("the demo's labels inside their boxes at zoom 0.6, dpr 1.25")
+            << "demo" << 0.6 << 1.25;
+    }
+
+    void crisp() {
+        QFETCH(QString, shown);
+        QFETCH(double, zoom);
+        QFETCH(double, dpr);
+        if (shown == QLatin1String("demo")) {
+            demo_labels_inside(zoom, dpr);
+            return;
+        }
+        picker_view view;
+        view.resize(200, 100);
+        const bool lit = shown == QLatin1String("lit label");
+        buttonAttributes att =
+            button({"a"_q}, QPoint(40, 30), 10, 0xFFC81E1E,
+                   lit ? buttonAttributes::Command : buttonAttributes::Selection);
+        att.label = "Wg"_q;
+        att.color = 0xFFFFFFFF;
+        att.tcolor = lit ? 0xFFFFFFFF : 0xFF000000;
+        if (shown == QLatin1String("background")) {
+            QImage halves(8, 8, QImage::Format_RGB32);
+            halves.fill(Qt::black);
+            QPainter(&halves).fillRect(4, 0, 4, 8, Qt::white);
+            const QPixmap background = QPixmap::fromImage(halves);
+            view.tab()->setBackground(QString::number(background.cacheKey()), background);
+        } else {
+            view.tab()->insertButton(att, -1);
+        }
+        if (lit)
+            view.tab()->select(0, false);
+        if (shown == QLatin1String("glide")) {
+            // Too many buttons in sight to draw each frame's faces anew: the glide shows the
+            // last exact ones scaled, and the frame it lands on must be drawn exactly again.
+            for (int i = 0; i < 300; ++i) {
+                buttonAttributes crowd = button(ab, QPoint(80 + i % 30 * 4, 4 + i / 30 * 5), 4);
+                crowd.label = QString::number(i % 7);
+                view.tab()->insertButton(crowd, -1);
+            }
+            render(view);
+            view.zoomWindow(float(zoom), QPoint(0, 0));
+            while (view.animating()) {
+                view.animate_zoom();
+                render(view);
+            }
+        } else {
+            view.setZoom(float(zoom), QPoint(0, 0));
+        }
+        const QImage image = render(view, dpr);
+        if (shown == QLatin1String("background")) {
+            // Black then white halves: the two device pixels each side of where they meet are a
+            // quarter and three quarters of the way, up to the rounding of the smoothing's weights.
+            const int expected[] = {0, 64, 191, 255};
+            for (int i = 0; i < 4; ++i) {
+                const int red = qRed(image.pixel(6 + i, 4));
+                QVERIFY2(std::abs(red - expected[i]) <= 3, qPrintable(QString::number(red)));
+            }
+            return;
+        }
+        const QRect box = view.mapToScreen(view.shape(0).bounds);
+        const QRect pixels(box.topLeft() * dpr, box.size() * dpr);
+        QSet<int> greys;
+        int darkest = 255;
+        for (int y = pixels.top() + 2; y < pixels.bottom() - 1; ++y) {
+            for (int x = pixels.left() + 2; x < pixels.right() - 1; ++x) {
+                const int grey = qGreen(image.pixel(x, y));
+                darkest = std::min(darkest, grey);
+                if (grey > 0 && grey < 255)
+                    greys.insert(grey);
+            }
+        }
+        QVERIFY(darkest < 64);
+        // A stretched picture of the zoom-1 label holds its ink and the fill, and hardly a shade
+        // between; text drawn at this resolution smooths its edges in many.
+        if (!lit)
+            QVERIFY2(greys.size() >= 12, qPrintable(QString::number(greys.size())));
     }
 };
 
