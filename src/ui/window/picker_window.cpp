@@ -312,6 +312,11 @@ void picker_window::updateEditMenu() {
 }
 
 void picker_window::follow_front_tab() {
+    // Qt 5 hands the keys on to the next control in the chain when the page that had them
+    // goes; they stay the picker's unless a text field has them.
+    const QWidget* focus = QApplication::focusWidget();
+    if (focus != nullptr && focus != this && isAncestorOf(focus) && !takes_text(focus))
+        setFocus(Qt::OtherFocusReason);
     for (const QMetaObject::Connection& connection : std::as_const(frontConnections_))
         disconnect(connection);
     frontConnections_.clear();
