@@ -11,6 +11,8 @@
 namespace {
 
 const QString internalFailure = QStringLiteral("(kFailure): Unexpected Internal Failure");
+// Raised, once the host is idle, after the node table changed.
+const QString nodes_changed_event = QStringLiteral("NodesChanged");
 // Backquotes inside backquotes are not MEL; the limit only keeps hostile text from recursing.
 constexpr int maxNesting = 8;
 
@@ -131,6 +133,23 @@ picker_callback_id picker_embedded_host::addEventCallback(const QString& event,
     return id;
 }
 
+picker_callback_id picker_embedded_host::addNodesChangedCallback(picker_event_fn function,
+                                                                 void* clientData,
+                                                                 host_status* status) {
+    host_status outcome;
+    if (failing(operation::addEventCallback, nodes_changed_event))
+        outcome = refuse();
+    else if (!function)
+        outcome = host_status::failure(QStringLiteral("(kInvalidParameter): No function"));
+    if (status)
+        *status = outcome;
+    if (!outcome)
+        return 0;
+    const picker_callback_id id = nextCallbackId_++;
+    callbacks_[id] = callback_entry{nodes_changed_event, function, clientData};
+    return id;
+}
+
 host_status picker_embedded_host::removeCallback(picker_callback_id id) {
     const auto found = callbacks_.find(id);
     const QString event = found == callbacks_.end() ? QString() : found->second.event;
@@ -205,7 +224,12 @@ void picker_embedded_host::processIdle() {
     if (runningIdle_)
         return;
     runningIdle_ = true;
-    while (!idleQueue_.empty()) {
+    while (!idleQueue_.empty() || nodesPending_) {
+        if (idleQueue_.empty()) {
+            nodesPending_ = false;
+            raiseEvent(nodes_changed_event);
+            continue;
+        }
         const idle_entry entry = idleQueue_.front();
         idleQueue_.pop_front();
         if (entry.python)
@@ -247,6 +271,20 @@ host_status picker_embedded_host::selectByName(const QString& name,
         names.append(name);
     changeSelection(names);
     return host_status();
+}
+
+host_status picker_embedded_host::nodesExist(const QStringList& names, QVector<bool>& exist) {
+    exist.resize(names.size());
+    for (int i = 0; i < names.size(); ++i)
+        exist[i] = nodeSet_.contains(names.at(i));
+    return host_status();
+}
+
+void picker_embedded_host::nodesChanged() {
+    if (nodesPending_)
+        return;
+    nodesPending_ = true;
+    scheduleIdle();
 }
 
 host_status picker_embedded_host::clearSelectionList() {
@@ -317,6 +355,36 @@ bool picker_embedded_host::addNode(const QString& name) {
         return false;
     nodes_.append(name);
     nodeSet_.insert(name);
+    nodesChanged();
+    return true;
+}
+
+bool picker_embedded_host::removeNode(const QString& name) {
+    if (!nodeSet_.remove(name))
+        return false;
+    nodes_.removeOne(name);
+    nodesChanged();
+    if (selection_.contains(name)) {
+        QStringList kept = selection_;
+        kept.removeAll(name);
+        changeSelection(kept);
+    }
+    return true;
+}
+
+bool picker_embedded_host::renameNode(const QString& name, const QString& newName) {
+    if (!nodeSet_.contains(name) || !addNode(newName))
+        return false;
+    // In the old name's place, so that listing the scene keeps its order.
+    nodes_.removeLast();
+    nodes_[nodes_.indexOf(name)] = newName;
+    nodeSet_.remove(name);
+    const int selected = selection_.indexOf(name);
+    if (selected >= 0) {
+        QStringList renamed = selection_;
+        renamed[selected] = newName;
+        changeSelection(renamed);
+    }
     return true;
 }
 
@@ -343,6 +411,7 @@ void picker_embedded_host::resetScene(const QStringList& nodes,
                                       const QMap<QString, QString>& fileInfo) {
     nodes_.clear();
     nodeSet_.clear();
+    nodesChanged();
     for (const QString& node : nodes)
         addNode(node);
     fileInfo_ = fileInfo;
@@ -468,6 +537,10 @@ host_status picker_embedded_host::runStatement(const picker_mel_statement& state
         return runSelect(args);
     if (name == QLatin1String("xform"))
         return runXform(args);
+    if (name == QLatin1String("delete"))
+        return runDelete(args);
+    if (name == QLatin1String("rename"))
+        return runRename(args, result);
     if (name == QLatin1String("undo") || name == QLatin1String("redo")) {
         if (!args.isEmpty())
             return melError(QStringLiteral("%1: takes no arguments.").arg(name));
@@ -807,5 +880,29 @@ host_status picker_embedded_host::runXform(const QStringList& args) {
     }
     if (names.isEmpty() && selection_.isEmpty())
         return melError(QStringLiteral("xform: no objects given and nothing selected."));
+    return host_status();
+}
+
+host_status picker_embedded_host::runDelete(const QStringList& args) {
+    if (args.isEmpty())
+        return melError(QStringLiteral("delete: no objects given."));
+    for (const QString& arg : args) {
+        if (!nodeSet_.contains(arg))
+            return melError(QStringLiteral("No object matches name: %1").arg(arg));
+    }
+    for (const QString& arg : args)
+        removeNode(arg);
+    return host_status();
+}
+
+host_status picker_embedded_host::runRename(const QStringList& args, picker_mel_value* result) {
+    if (args.size() != 2)
+        return melError(QStringLiteral("rename: takes an object and its new name."));
+    if (!nodeSet_.contains(args.at(0)))
+        return melError(QStringLiteral("No object matches name: %1").arg(args.at(0)));
+    if (!renameNode(args.at(0), args.at(1)))
+        return melError(
+            QStringLiteral("rename: cannot rename %1 to %2.").arg(args.at(0), args.at(1)));
+    *result = picker_mel_value::string(args.at(1));
     return host_status();
 }

@@ -189,18 +189,6 @@ private slots:
         QCOMPARE(gesture_of(view_), QStringLiteral("none"));
     }
 
-    void hover_tool_tip() {
-        add_button(view_, QPoint(200, 50), {QStringLiteral("x"), QStringLiteral("y")});
-        add_button(view_, QPoint(50, 50), scene_nodes);
-
-        QTest::mouseMove(view_, QPoint(200, 50));
-        QCOMPARE(view_->toolTip(), QStringLiteral("x\ny"));
-        QTest::mouseMove(view_, QPoint(50, 50));
-        QCOMPARE(view_->toolTip(), QStringLiteral("a\nb\nc\n...and 3 more"));
-        QTest::mouseMove(view_, QPoint(300, 150));
-        QCOMPARE(view_->toolTip(), QString());
-    }
-
     // At zoom 2 the lit a and b move by half the drag, truncated toward zero; c stays.
     void control_drag_moves_selection() {
         add_row(view_);

@@ -210,6 +210,8 @@ private:
     void draw_command_button(QPainter& p, const buttonRecord& b, const button_shape& s,
                              face_copy& copy) const;
     static bool label_cut_out(const buttonRecord& b, const button_shape& s);
+    // What the find field and the scene's missing nodes lay over a button drawn.
+    void draw_marks(QPainter& p, const buttonRecord& b, const button_shape& s) const;
     void push(QUndoCommand* command);
     void nudge_buttons(int dx, int dy);
     // Context menu, actions, shortcuts, cursors and pointer tracking.

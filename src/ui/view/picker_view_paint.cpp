@@ -428,6 +428,8 @@ void picker_view::draw_buttons(QPainter& p, const QRect& area) {
         } else {
             draw_one_button(p, button, shape, outline, copy);
         }
+        if (button.found || button.missing != buttonRecord::None)
+            draw_marks(p, button, shape);
     };
     for (qsizetype i = 0; i < buttons.size(); ++i)
         draw(buttons.at(i), shapes_[size_t(i)], copies_[size_t(i)]);
