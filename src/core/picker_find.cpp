@@ -27,28 +27,34 @@ bool glob_matches(QStringView pattern, QStringView text) {
     return p == pattern.size();
 }
 
-// The folded short names by interned id, filled as names are first matched.
-std::vector<QString>& folded_names() {
-    static std::vector<QString> names;
-    return names;
-}
-std::vector<char>& folded_known() {
-    static std::vector<char> known;
-    return known;
+// Folded short names, each once, and which one each interned node name has. Rigs repeat their
+// control names under every character's namespace, so a picker holds few of them.
+struct short_name_table {
+    QHash<QString, int> ids;
+    std::vector<QString> names;
+    std::vector<int> byNode; // by interned node id; -1 not worked out yet
+};
+
+short_name_table& short_names() {
+    static short_name_table table;
+    return table;
 }
 
-const QString& folded_short_name(int id, const QString& name) {
-    std::vector<QString>& names = folded_names();
-    std::vector<char>& known = folded_known();
-    if (size_t(id) >= names.size()) {
-        names.resize(size_t(id) + 1024);
-        known.resize(names.size(), 0);
+int short_name_id(int nodeId, const QString& name) {
+    short_name_table& table = short_names();
+    if (size_t(nodeId) >= table.byNode.size())
+        table.byNode.resize(size_t(nodeId) + 1024, -1);
+    int& id = table.byNode[size_t(nodeId)];
+    if (id < 0) {
+        const QString folded = node_short_name(name).toString().toCaseFolded();
+        auto found = table.ids.constFind(folded);
+        if (found == table.ids.constEnd()) {
+            found = table.ids.insert(folded, int(table.names.size()));
+            table.names.push_back(folded);
+        }
+        id = found.value();
     }
-    if (!known[size_t(id)]) {
-        names[size_t(id)] = node_short_name(name).toString().toCaseFolded();
-        known[size_t(id)] = 1;
-    }
-    return names[size_t(id)];
+    return id;
 }
 
 } // namespace
@@ -75,11 +81,12 @@ QStringView node_short_name(const QString& name) {
 }
 
 bool picker_name_matcher::matchesName(int id, const QString& name) {
-    if (size_t(id) >= byName_.size())
-        byName_.resize(size_t(id) + 1024, 0);
-    char& known = byName_[size_t(id)];
+    const int shortId = short_name_id(id, name);
+    if (size_t(shortId) >= byShortName_.size())
+        byShortName_.resize(short_names().names.size(), 0);
+    char& known = byShortName_[size_t(shortId)];
     if (known == 0)
-        known = pattern_.matchesFolded(folded_short_name(id, name)) ? 2 : 1;
+        known = pattern_.matchesFolded(short_names().names[size_t(shortId)]) ? 2 : 1;
     return known == 2;
 }
 

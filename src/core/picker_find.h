@@ -28,8 +28,8 @@ private:
 QStringView node_short_name(const QString& name);
 
 // One pattern matched against many buttons. A keystroke runs it over every button of every tab,
-// so each node name is matched once, however many buttons share it, and its folded short name
-// is worked out once for the life of the process.
+// so each short name is matched once, however many buttons and namespaces share it, and a node
+// name's folded short name is worked out once for the life of the process.
 class picker_name_matcher {
 public:
     explicit picker_name_matcher(const picker_find_pattern& pattern) : pattern_(pattern) {}
@@ -41,6 +41,6 @@ public:
 
 private:
     picker_find_pattern pattern_;
-    std::vector<char> byName_; // by interned id: 0 not asked yet, 1 no, 2 yes
+    std::vector<char> byShortName_; // 0 not asked yet, 1 no, 2 yes
     QHash<QString, bool> byLabel_;
 };

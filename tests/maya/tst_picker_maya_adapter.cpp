@@ -120,6 +120,11 @@ private slots:
         QCOMPARE(dynamic_cast<picker_window*>(picker_main::window())->selection(),
                  (QStringList{"b"_q, "c.vtx[0]"_q, "c.vtx[4:5]"_q}));
 
+        // No checked Maya call reads the node table: the adapter says so, and the picker then
+        // marks no node missing rather than guess.
+        QVector<bool> exist;
+        QVERIFY(!picker_main::host()->nodesExist({"b"_q, "nope"_q}, exist));
+
         QVERIFY(uninitializePlugin(MObject()));
         QCOMPARE(maya_fake::liveFunctionSets(), 0);
         QCOMPARE(maya_fake::pluginOpens().at(1).version, std::string("1.0"));
