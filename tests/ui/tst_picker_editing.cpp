@@ -548,7 +548,7 @@ private slots:
         QTest::newRow("wildcards from the first character")
             << "l_*"_q << words("Untitled_(0) rig_(2) limbs_(1)") << QVector<bool>{1, 0, 0};
         QTest::newRow("one character")
-            << "?eg"_q << words("Untitled_(0) rig_(0) limbs_(0)") << QVector<bool>{0, 0, 0};
+            << "?_leg"_q << words("Untitled_(0) rig_(0) limbs_(2)") << QVector<bool>{1, 1, 0};
         QTest::newRow("labels") << "hip"_q << words("Untitled_(0) rig_(0) limbs_(1)")
                                 << QVector<bool>{1, 0, 0};
         QTest::newRow("namespaces are not looked at")
@@ -569,10 +569,14 @@ private slots:
             const QColor left = shown.pixelColor(box.left() - 3, box.center().y());
             QCOMPARE(left == found_ring, ringed.at(i));
         }
-        // The scene keeps the titles as they were.
+        // The scene and the tab's file keep the titles as they were.
         session_->click(QPoint(160, 40), Qt::ControlModifier);
         session_->menu("&Edit"_q, "Cut"_q);
         QCOMPARE(session_->stored().tabs.value(2).title, "limbs"_q);
+        session_->menu("&File"_q, "Save"_q);
+        picker_tab_record saved;
+        readPickerFile(readBytes(session_->path("limbs.pkr"_q)), saved);
+        QCOMPARE(saved.title, "limbs"_q);
 
         // Esc on the canvas, the pointer back over it from the menu.
         session_->reenter();
