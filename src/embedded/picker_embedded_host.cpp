@@ -281,8 +281,6 @@ host_status picker_embedded_host::nodesExist(const QStringList& names, QVector<b
 }
 
 void picker_embedded_host::nodesChanged() {
-    if (nodesPending_)
-        return;
     nodesPending_ = true;
     scheduleIdle();
 }

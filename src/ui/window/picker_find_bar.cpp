@@ -60,6 +60,10 @@ void picker_find_bar::open() {
 
 void picker_find_bar::refresh() {
     const picker_find_pattern pattern(field_->text());
+    // Edits refresh the marks too: with no find, and nothing marked by one, there is no work.
+    if (pattern.isEmpty() && !marked_)
+        return;
+    marked_ = !pattern.isEmpty();
     picker_name_matcher matcher(pattern);
     QTabBar* bar = tabs_->tabBar();
     for (int i = 0; i < tabs_->count(); ++i) {

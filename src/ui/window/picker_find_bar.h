@@ -47,4 +47,5 @@ private:
     QTabWidget* tabs_;
     QLineEdit* field_;
     quint32 lastFramed_ = 0; // id of the button last framed; 0 none
+    bool marked_ = false;    // buttons carry a find's marks
 };
