@@ -31,6 +31,9 @@ public:
                                         host_status*) override {
         return 1;
     }
+    picker_callback_id addNodesChangedCallback(picker_event_fn, void*, host_status*) override {
+        return 2;
+    }
     host_status removeCallback(picker_callback_id) override { return {}; }
     host_status executeCommandOnIdle(const QString& mel, bool) override {
         issued += mel.size();
@@ -46,6 +49,10 @@ public:
     }
     host_status selectByName(const QString&, picker_list_adjustment) override { return {}; }
     host_status clearSelectionList() override { return {}; }
+    host_status nodesExist(const QStringList& names, QVector<bool>& exist) override {
+        exist.fill(true, names.size());
+        return {};
+    }
     void displayError(const QString&) override {}
     bool hasInterface() const override { return true; }
     QWidget* mainWindow() override { return nullptr; }

@@ -20,7 +20,10 @@ int intern_node_name(const QString& name) {
 }
 
 void name_lookup::insert(const QString& name) {
-    const int id = intern_node_name(name);
+    insertId(intern_node_name(name));
+}
+
+void name_lookup::insertId(int id) {
     if (held_.size() <= id)
         held_.resize(node_table().size());
     held_[id] = 1;

@@ -20,6 +20,7 @@ public:
     }
 
     void insert(const QString& name);
+    void insertId(int id);
     bool contains(int id) const { return id < held_.size() && held_.at(id) != 0; }
     bool isEmpty() const { return held_.isEmpty(); }
 

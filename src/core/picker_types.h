@@ -44,6 +44,10 @@ struct buttonRecord {
     sel_list which;
     // Tells the button apart for as long as its tab holds it, whatever its place in the list.
     quint32 id = 0;
+    // Marks the picker shows over the button, never saved: the find field matches it, and how
+    // many of its nodes the scene lacks (None, All or Some, as for the lit state).
+    bool found = false;
+    qint16 missing = None;
 
     // The interned ids of att.sel, taken again once att.sel is no longer the list they were taken
     // from: any change to the names detaches it from the copy kept here.

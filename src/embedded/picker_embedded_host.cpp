@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QMainWindow>
-#include <QRegularExpression>
 #include <QTimer>
 
 #include <cstdio>
@@ -11,6 +10,8 @@
 namespace {
 
 const QString internalFailure = QStringLiteral("(kFailure): Unexpected Internal Failure");
+// Raised, once the host is idle, after the node table changed.
+const QString nodes_changed_event = QStringLiteral("NodesChanged");
 // Backquotes inside backquotes are not MEL; the limit only keeps hostile text from recursing.
 constexpr int maxNesting = 8;
 
@@ -131,6 +132,23 @@ picker_callback_id picker_embedded_host::addEventCallback(const QString& event,
     return id;
 }
 
+picker_callback_id picker_embedded_host::addNodesChangedCallback(picker_event_fn function,
+                                                                 void* clientData,
+                                                                 host_status* status) {
+    host_status outcome;
+    if (failing(operation::addEventCallback, nodes_changed_event))
+        outcome = refuse();
+    else if (!function)
+        outcome = host_status::failure(QStringLiteral("(kInvalidParameter): No function"));
+    if (status)
+        *status = outcome;
+    if (!outcome)
+        return 0;
+    const picker_callback_id id = nextCallbackId_++;
+    callbacks_[id] = callback_entry{nodes_changed_event, function, clientData};
+    return id;
+}
+
 host_status picker_embedded_host::removeCallback(picker_callback_id id) {
     const auto found = callbacks_.find(id);
     const QString event = found == callbacks_.end() ? QString() : found->second.event;
@@ -205,7 +223,12 @@ void picker_embedded_host::processIdle() {
     if (runningIdle_)
         return;
     runningIdle_ = true;
-    while (!idleQueue_.empty()) {
+    while (!idleQueue_.empty() || nodesPending_) {
+        if (idleQueue_.empty()) {
+            nodesPending_ = false;
+            raiseEvent(nodes_changed_event);
+            continue;
+        }
         const idle_entry entry = idleQueue_.front();
         idleQueue_.pop_front();
         if (entry.python)
@@ -247,6 +270,18 @@ host_status picker_embedded_host::selectByName(const QString& name,
         names.append(name);
     changeSelection(names);
     return host_status();
+}
+
+host_status picker_embedded_host::nodesExist(const QStringList& names, QVector<bool>& exist) {
+    exist.resize(names.size());
+    for (int i = 0; i < names.size(); ++i)
+        exist[i] = nodeSet_.contains(names.at(i));
+    return host_status();
+}
+
+void picker_embedded_host::nodesChanged() {
+    nodesPending_ = true;
+    scheduleIdle();
 }
 
 host_status picker_embedded_host::clearSelectionList() {
@@ -317,6 +352,36 @@ bool picker_embedded_host::addNode(const QString& name) {
         return false;
     nodes_.append(name);
     nodeSet_.insert(name);
+    nodesChanged();
+    return true;
+}
+
+bool picker_embedded_host::removeNode(const QString& name) {
+    if (!nodeSet_.remove(name))
+        return false;
+    nodes_.removeOne(name);
+    nodesChanged();
+    if (selection_.contains(name)) {
+        QStringList kept = selection_;
+        kept.removeAll(name);
+        changeSelection(kept);
+    }
+    return true;
+}
+
+bool picker_embedded_host::renameNode(const QString& name, const QString& newName) {
+    if (!nodeSet_.contains(name) || !addNode(newName))
+        return false;
+    // In the old name's place, so that listing the scene keeps its order.
+    nodes_.removeLast();
+    nodes_[nodes_.indexOf(name)] = newName;
+    nodeSet_.remove(name);
+    const int selected = selection_.indexOf(name);
+    if (selected >= 0) {
+        QStringList renamed = selection_;
+        renamed[selected] = newName;
+        changeSelection(renamed);
+    }
     return true;
 }
 
@@ -343,6 +408,7 @@ void picker_embedded_host::resetScene(const QStringList& nodes,
                                       const QMap<QString, QString>& fileInfo) {
     nodes_.clear();
     nodeSet_.clear();
+    nodesChanged();
     for (const QString& node : nodes)
         addNode(node);
     fileInfo_ = fileInfo;
@@ -468,6 +534,10 @@ host_status picker_embedded_host::runStatement(const picker_mel_statement& state
         return runSelect(args);
     if (name == QLatin1String("xform"))
         return runXform(args);
+    if (name == QLatin1String("delete"))
+        return runDelete(args);
+    if (name == QLatin1String("rename"))
+        return runRename(args, result);
     if (name == QLatin1String("undo") || name == QLatin1String("redo")) {
         if (!args.isEmpty())
             return melError(QStringLiteral("%1: takes no arguments.").arg(name));
@@ -733,79 +803,4 @@ host_status picker_embedded_host::referenceFile(const QString& ns, const QString
     scene_ = referenced;
     modified_ = true;
     return readErrors(status);
-}
-
-host_status picker_embedded_host::runLs(const QStringList& args, picker_mel_value* result) {
-    bool selectedOnly = false;
-    QList<QRegularExpression> patterns;
-    for (const QString& arg : args) {
-        if (arg == QLatin1String("-sl") || arg == QLatin1String("-selection")) {
-            selectedOnly = true;
-        } else if (arg.startsWith(QLatin1Char('-'))) {
-            return melError(QStringLiteral("ls: invalid flag %1.").arg(arg));
-        } else {
-            QString expression = QRegularExpression::escape(arg);
-            expression.replace(QLatin1String("\\*"), QLatin1String(".*"));
-            patterns.append(QRegularExpression(QRegularExpression::anchoredPattern(expression)));
-        }
-    }
-    QStringList found;
-    for (const QString& name : selectedOnly ? selection_ : nodes_) {
-        bool matches = patterns.isEmpty();
-        for (const QRegularExpression& pattern : patterns)
-            matches = matches || pattern.match(name).hasMatch();
-        if (matches)
-            found.append(name);
-    }
-    *result = picker_mel_value::array(found);
-    return host_status();
-}
-
-host_status picker_embedded_host::runSelect(const QStringList& args) {
-    enum class mode { replace, add, clear };
-    mode chosen = mode::replace;
-    QStringList names;
-    for (const QString& arg : args) {
-        if (arg == QLatin1String("-r") || arg == QLatin1String("-replace"))
-            chosen = mode::replace;
-        else if (arg == QLatin1String("-add"))
-            chosen = mode::add;
-        else if (arg == QLatin1String("-cl") || arg == QLatin1String("-clear"))
-            chosen = mode::clear;
-        else if (arg.startsWith(QLatin1Char('-')))
-            return melError(QStringLiteral("select: invalid flag %1.").arg(arg));
-        else if (!nodeSet_.contains(arg))
-            return melError(QStringLiteral("No object matches name: %1").arg(arg));
-        else if (!names.contains(arg))
-            names.append(arg);
-    }
-    if (chosen == mode::clear) {
-        changeSelectionUndoably(QStringList());
-        return host_status();
-    }
-    if (names.isEmpty())
-        return melError(QStringLiteral("select: no objects given."));
-    QStringList selected = chosen == mode::add ? selection_ : QStringList();
-    for (const QString& name : names)
-        if (!selected.contains(name))
-            selected.append(name);
-    changeSelectionUndoably(selected);
-    return host_status();
-}
-
-host_status picker_embedded_host::runXform(const QStringList& args) {
-    // The scene keeps no transforms; what a pose button asks of it is checked, not applied.
-    QStringList names;
-    for (const QString& arg : args) {
-        bool number = false;
-        arg.toDouble(&number);
-        if (number || arg.startsWith(QLatin1Char('-')))
-            continue;
-        if (!nodeSet_.contains(arg))
-            return melError(QStringLiteral("No object matches name: %1").arg(arg));
-        names.append(arg);
-    }
-    if (names.isEmpty() && selection_.isEmpty())
-        return melError(QStringLiteral("xform: no objects given and nothing selected."));
-    return host_status();
 }

@@ -50,6 +50,8 @@ public:
     QString loadPath() const override;
     picker_callback_id addEventCallback(const QString& event, picker_event_fn function,
                                         void* clientData, host_status* status) override;
+    picker_callback_id addNodesChangedCallback(picker_event_fn function, void* clientData,
+                                               host_status* status) override;
     host_status removeCallback(picker_callback_id id) override;
     host_status executeCommandOnIdle(const QString& mel, bool displayEnabled = false) override;
     host_status executePythonCommandOnIdle(const QString& python,
@@ -58,6 +60,7 @@ public:
     std::unique_ptr<picker_selection_snapshot> saveSelection(host_status* status) override;
     host_status selectByName(const QString& name, picker_list_adjustment adjustment) override;
     host_status clearSelectionList() override;
+    host_status nodesExist(const QStringList& names, QVector<bool>& exist) override;
     void displayError(const QString& text) override;
     bool hasInterface() const override { return !batch_; }
     QWidget* mainWindow() override;
@@ -69,6 +72,10 @@ public:
 
     // The scene. Node names may carry namespaces ("hero:L_hand_ctrl").
     bool addNode(const QString& name);
+    // False, changing nothing, when there is no such node (or, renaming, the new name is taken
+    // or not a node name).
+    bool removeNode(const QString& name);
+    bool renameNode(const QString& name, const QString& newName);
     QStringList nodes() const { return nodes_; }
     // Every namespace followed by its descendants, depth-first, in order of first use.
     QStringList namespaces() const;
@@ -100,7 +107,9 @@ public:
                           const std::function<void(const picker_mel_value&)>& result);
     // Runs queued MEL and Python in order until none is left, including what they queue.
     void processIdle();
-    int pendingIdleCount() const { return static_cast<int>(idleQueue_.size()); }
+    int pendingIdleCount() const {
+        return static_cast<int>(idleQueue_.size()) + (nodesPending_ ? 1 : 0);
+    }
     // The queued MEL texts, first to run first.
     QStringList pendingMel() const;
 
@@ -164,6 +173,10 @@ private:
     void logWarning(const QString& text);
     host_status runSelect(const QStringList& args);
     host_status runXform(const QStringList& args);
+    host_status runDelete(const QStringList& args);
+    host_status runRename(const QStringList& args, picker_mel_value* result);
+    // The node table changed: the nodes-changed callbacks run once the host is next idle.
+    void nodesChanged();
     host_status melError(const QString& text);
     // The undo queue, as MEL's undo and redo walk it: a new step drops the undone ones.
     void pushUndo(picker_undo_ptr step);
@@ -198,6 +211,7 @@ private:
     std::deque<idle_entry> idleQueue_;
     bool idleScheduled_ = false;
     bool runningIdle_ = false;
+    bool nodesPending_ = false;
 
     QStringList scriptLog_;
     QString loadPath_;

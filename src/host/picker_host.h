@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVector>
 #include <QtGlobal>
 
 #include <memory>
@@ -91,6 +92,10 @@ public:
 
     virtual picker_callback_id addEventCallback(const QString& event, picker_event_fn function,
                                                 void* clientData, host_status* status) = 0;
+    // Calls function once the host is idle after nodes were added, removed or renamed, once for
+    // however many changed; removeCallback takes it off.
+    virtual picker_callback_id addNodesChangedCallback(picker_event_fn function, void* clientData,
+                                                       host_status* status) = 0;
     virtual host_status removeCallback(picker_callback_id id) = 0;
 
     // Deferred until the host is idle; the result is never examined.
@@ -104,6 +109,9 @@ public:
     virtual std::unique_ptr<picker_selection_snapshot> saveSelection(host_status* status) = 0;
     virtual host_status selectByName(const QString& name, picker_list_adjustment adjustment) = 0;
     virtual host_status clearSelectionList() = 0;
+    // One flag a name, in order: whether the scene holds a node by that name. A host that cannot
+    // tell fails, and nothing is taken for missing.
+    virtual host_status nodesExist(const QStringList& names, QVector<bool>& exist) = 0;
 
     virtual void displayError(const QString& text) = 0;
     // False in batch sessions, where creating any widget aborts the host.

@@ -46,6 +46,7 @@ struct plugin_state {
     picker_callback_id deleteAllId = 0;
     picker_callback_id newSceneOpenedId = 0;
     picker_callback_id sceneOpenedId = 0;
+    picker_callback_id nodesChangedId = 0; // 0 where the host cannot tell
 };
 
 plugin_state& state() {
@@ -73,6 +74,10 @@ void remove_callback(picker_callback_id id, const char* message, host_status& st
 // Each failure is reported and none stops the others; status is the last removal's.
 void remove_callbacks(host_status& status) {
     plugin_state& s = state();
+    if (s.nodesChangedId != 0) {
+        remove_callback(s.nodesChangedId, "could not remove the nodes-changed callback", status);
+        s.nodesChangedId = 0;
+    }
     remove_callback(s.selectionChangedId, "could not remove selectionChanged callback", status);
     remove_callback(s.quitApplicationId, "could not remove the quitApplicaiton callback", status);
     remove_callback(s.deleteAllId, "could not remove the deleteAll callback", status);
@@ -215,6 +220,13 @@ host_status picker_main::initialize(picker_host& host, picker_window_factory win
         report_error(undone, "could not deregister the command of the failed load");
         return failed(status);
     }
+
+    // A host without a node table to report on simply marks no node missing.
+    host_status nodesStatus;
+    s.nodesChangedId =
+        host.addNodesChangedCallback(&picker_main::nodesChangedFn, nullptr, &nodesStatus);
+    if (!nodesStatus)
+        s.nodesChangedId = 0;
 
     s.path = host.loadPath();
     load_script(QStringLiteral("picker_ListNamespaces.mel"));
@@ -441,6 +453,14 @@ void picker_main::deleteAllFn(void* clientData) {
         return;
     if (picker_window_link* link = window())
         link->reset();
+}
+
+void picker_main::nodesChangedFn(void* clientData) {
+    Q_UNUSED(clientData)
+    if (!state().window)
+        return;
+    if (picker_window_link* link = window())
+        link->nodesChanged();
 }
 
 void picker_main::sceneOpenedFn(void* clientData) {

@@ -30,6 +30,8 @@ public:
     // False when any of the files did not open.
     virtual bool load_pickers(const QStringList& paths) = 0;
     virtual void rebindFront(const QStringList& namespaces, bool rebind) = 0;
+    // Nodes were added, removed or renamed in the scene.
+    virtual void nodesChanged() = 0;
 };
 
 // Builds the picker window inside the dock; the window must also be a picker_window_link.
@@ -61,6 +63,7 @@ public:
     static void quitApplicationFn(void* clientData);
     static void deleteAllFn(void* clientData);
     static void sceneOpenedFn(void* clientData);
+    static void nodesChangedFn(void* clientData);
 
     static void cleanup();
     static void read_settings();

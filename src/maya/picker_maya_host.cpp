@@ -16,6 +16,14 @@
 #include <QByteArray>
 
 namespace {
+// The adapter is held to the Maya API facts the project has checked; none of them reads the
+// scene's node table or reports nodes as they come and go, so the picker marks no node missing in
+// Maya rather than guess.
+host_status noNodeTable() {
+    return host_status::failure(
+        QStringLiteral("the scene's node names cannot be read through this adapter"));
+}
+
 host_status notOpen() {
     return host_status::failure(QStringLiteral("the plug-in function set is not open"));
 }
@@ -98,6 +106,13 @@ picker_callback_id picker_maya_host::addEventCallback(const QString& event,
     return static_cast<picker_callback_id>(id);
 }
 
+picker_callback_id picker_maya_host::addNodesChangedCallback(picker_event_fn, void*,
+                                                             host_status* status) {
+    if (status)
+        *status = noNodeTable();
+    return 0;
+}
+
 host_status picker_maya_host::removeCallback(picker_callback_id id) {
     return toHostStatus(MMessage::removeCallback(static_cast<MCallbackId>(id)));
 }
@@ -148,6 +163,11 @@ host_status picker_maya_host::selectByName(const QString& name, picker_list_adju
 
 host_status picker_maya_host::clearSelectionList() {
     return toHostStatus(MGlobal::clearSelectionList());
+}
+
+host_status picker_maya_host::nodesExist(const QStringList&, QVector<bool>& exist) {
+    exist.clear();
+    return noNodeTable();
 }
 
 void picker_maya_host::displayError(const QString& text) {

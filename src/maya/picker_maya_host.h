@@ -36,6 +36,8 @@ public:
 
     picker_callback_id addEventCallback(const QString& event, picker_event_fn function,
                                         void* clientData, host_status* status) override;
+    picker_callback_id addNodesChangedCallback(picker_event_fn function, void* clientData,
+                                               host_status* status) override;
     host_status removeCallback(picker_callback_id id) override;
 
     host_status executeCommandOnIdle(const QString& mel, bool displayEnabled = false) override;
@@ -46,6 +48,7 @@ public:
     std::unique_ptr<picker_selection_snapshot> saveSelection(host_status* status) override;
     host_status selectByName(const QString& name, picker_list_adjustment adjustment) override;
     host_status clearSelectionList() override;
+    host_status nodesExist(const QStringList& names, QVector<bool>& exist) override;
 
     void displayError(const QString& text) override;
     bool hasInterface() const override;

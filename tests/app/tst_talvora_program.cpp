@@ -101,7 +101,7 @@ class tst_talvora_program : public QObject {
 private slots:
     void initTestCase() {
         // Settings of a test's own, from a clean start: the window's place is remembered there.
-        QStandardPaths::setTestModeEnabled(true);
+        isolate_settings();
         QSettings(QStringLiteral("Talvora"), QStringLiteral("talvora-picker")).clear();
         QSettings(QStringLiteral("Talvora"), QStringLiteral("picker")).clear();
         picker_set_dialog_hook([](QDialog&) { return int(QDialog::Rejected); });

@@ -129,6 +129,17 @@ private slots:
         QTest::newRow("a new scene, nothing to undo")
             << "select -r root; file -new -f; undo"_q
             << QStringList{"// Warning: There are no more commands to undo."_q} << none << none;
+        // Renamed and deleted nodes leave the selection with the new name or without them.
+        QTest::newRow("rename and delete")
+            << "select -r root prop:box; rename prop:box prop:crate; delete root; "_q +
+                   testCommand + " list `ls \"prop:*\"`"_q
+            << none << words("prop:crate") << words("s:list a:[prop:crate]");
+        QTest::newRow("delete of a node not there deletes nothing")
+            << "delete root nope; select -r root"_q
+            << QStringList{"// Error: No object matches name: nope"_q} << none << none;
+        QTest::newRow("rename onto a name taken")
+            << "rename root prop:box"_q
+            << QStringList{"// Error: rename: cannot rename root to prop:box."_q} << none << none;
         QTest::newRow("error inside a backquote stops the command")
             << testCommand + " bind `nonesuch`"_q
             << QStringList{"// Error: Cannot find procedure \"nonesuch\"."_q} << none << none;
@@ -155,6 +166,28 @@ private slots:
         QTRY_COMPARE(host_.scriptLog(),
                      (QStringList{"python: print('two')"_q, "three"_q, "follow-up"_q}));
         QCOMPARE(host_.pendingIdleCount(), 0);
+    }
+
+    // However many nodes change, the picker is told once, when the host is idle, and asking
+    // about names answers from the scene as it is then.
+    void nodeChangesAreToldOnceWhenIdle() {
+        static int told = 0;
+        told = 0;
+        host_status status;
+        const picker_callback_id id =
+            host_.addNodesChangedCallback([](void*) { ++told; }, nullptr, &status);
+        QVERIFY(status.ok());
+        host_.processIdle();
+        told = 0;
+        QVERIFY(host_.executeCommand("rename root top; delete prop:box"_q).ok());
+        QVERIFY(host_.addNode("hero:R_hand_ctrl"_q));
+        QCOMPARE(told, 0);
+        host_.processIdle();
+        QCOMPARE(told, 1);
+        QVector<bool> exist;
+        QVERIFY(host_.nodesExist(words("top root prop:box hero:R_hand_ctrl"), exist).ok());
+        QCOMPARE(exist, (QVector<bool>{true, false, false, true}));
+        QVERIFY(host_.removeCallback(id).ok());
     }
 
     void parseMel_data() {

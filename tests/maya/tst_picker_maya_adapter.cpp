@@ -75,7 +75,7 @@ class tst_picker_maya_adapter : public QObject {
     }
 
 private slots:
-    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+    void initTestCase() { isolate_settings(); }
 
     void init() {
         maya_fake::reset();
@@ -119,6 +119,11 @@ private slots:
         QCOMPARE(maya_fake::itemStringReads() - stringReadsBefore, 2);
         QCOMPARE(dynamic_cast<picker_window*>(picker_main::window())->selection(),
                  (QStringList{"b"_q, "c.vtx[0]"_q, "c.vtx[4:5]"_q}));
+
+        // No checked Maya call reads the node table: the adapter says so, and the picker then
+        // marks no node missing rather than guess.
+        QVector<bool> exist;
+        QVERIFY(!picker_main::host()->nodesExist({"b"_q, "nope"_q}, exist));
 
         QVERIFY(uninitializePlugin(MObject()));
         QCOMPARE(maya_fake::liveFunctionSets(), 0);

@@ -40,6 +40,11 @@ using namespace picker_test_vectors;
 inline const QColor canvas(51, 51, 51);
 inline const QColor lit(224, 224, 224);
 inline const QColor partly_lit(128, 128, 128);
+// What the picker lays over buttons: the find's ring, and the hatching of a button whose nodes
+// are all missing and the badge of one missing some.
+inline const QColor found_ring(0, 200, 255);
+inline const QColor missing_hatch(150, 150, 150);
+inline const QColor missing_badge(255, 220, 0);
 
 class picker_session {
 public:
@@ -205,6 +210,18 @@ public:
             }
         }
         QVERIFY(activate());
+    }
+
+    // The front canvas's button at index as drawn, in the top-level window.
+    QRect box(int index) const {
+        const QRect shown = front()->mapToScreen(front()->shape(index).bounds);
+        return QRect(front()->mapTo(dock(), shown.topLeft()), shown.size());
+    }
+
+    // Runs the front canvas's framing glide to its end, tick by tick.
+    void glide() {
+        while (front()->animating())
+            front()->animate_zoom();
     }
 
     // The colour the window shows at a picker point of the front canvas.

@@ -10,7 +10,6 @@
 #include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
-#include <QStandardPaths>
 #include <QTabWidget>
 #include <QTimer>
 #include <QWidget>
@@ -20,12 +19,6 @@
 namespace picker_test_kit {
 
 using namespace picker_test_vectors;
-
-// Keeps settings and the pickers config away from the user's.
-inline void isolate_settings() {
-    QStandardPaths::setTestModeEnabled(true);
-    qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
-}
 
 // Hands the next window that up finds to answer once it is up: a modal exec() or a popup's
 // returns only when answer closes it.

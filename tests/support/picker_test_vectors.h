@@ -14,6 +14,9 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QRandomGenerator>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
 
 namespace picker_test_vectors {
 
@@ -47,6 +50,16 @@ inline QByteArray noisePng(int side) {
         for (int x = 0; x < side; ++x)
             image.setPixel(x, y, generator.generate());
     return pngOf(image);
+}
+
+// Keeps settings and the pickers config away from the user's, and from the other suites' that
+// run at the same time.
+inline void isolate_settings() {
+    QStandardPaths::setTestModeEnabled(true);
+    qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
+    static const QTemporaryDir own;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, own.path());
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, own.path());
 }
 
 // Whole fixture files; a write makes the folders it needs.

@@ -13,7 +13,7 @@ class tst_picker_config : public QObject {
 
 private slots:
     void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
+        picker_test_vectors::isolate_settings();
         QVERIFY(dir_.isValid());
     }
 

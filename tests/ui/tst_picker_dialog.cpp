@@ -76,8 +76,7 @@ class tst_picker_dialog : public QObject {
 
 private slots:
     void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
+        isolate_settings();
         host_ = std::make_unique<picker_embedded_host>();
         QVERIFY(picker_main::initialize(*host_, &picker_window::create));
     }

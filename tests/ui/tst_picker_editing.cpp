@@ -55,7 +55,28 @@ QStringList tab_titles(const picker_session& session) {
 
 // The toolbox's label field and size button.
 QLineEdit* label_field(const picker_session& session) {
-    return session.dock()->findChild<QLineEdit*>();
+    for (QLineEdit* field : session.dock()->findChildren<QLineEdit*>()) {
+        if (field->toolTip() == QLatin1String("Button Label"))
+            return field;
+    }
+    return nullptr;
+}
+
+// A second tab: namespaces and DAG paths, and a label to be found by.
+button_att_list limbs() {
+    buttonAttributes hip = button({"hero:L_leg"_q}, QPoint(40, 40), 20, green.rgb());
+    hip.label = "Hip"_q;
+    return {hip, button({"hero:R_leg"_q}, QPoint(100, 40), 20, green.rgb()),
+            button({"grp|hero:arm_L"_q}, QPoint(160, 40), 20, blue.rgb())};
+}
+
+// Every colour inside the window's rectangle.
+QSet<QRgb> colours_in(const QImage& shown, const QRect& area) {
+    QSet<QRgb> seen;
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        for (int x = area.left(); x <= area.right(); ++x)
+            seen.insert(shown.pixel(x, y) | 0xFF000000u);
+    return seen;
 }
 
 QString size_shown(const picker_session& session) {
@@ -97,6 +118,13 @@ class tst_picker_editing : public QObject {
     Q_OBJECT
 
     std::unique_ptr<picker_session> session_;
+
+    // Opened on a scene that has the hero namespace, so no namespace question comes first.
+    void open_limbs() {
+        session_->host.addNode("hero:L_leg"_q);
+        session_->host.addNode("hero:R_leg"_q);
+        session_->open(limbs(), "limbs"_q);
+    }
 
     void check(const probes& expected) {
         const QImage shown = session_->dock()->grab().toImage();
@@ -864,6 +892,161 @@ private slots:
         QVERIFY(session_->front()->zoom() <= 1.0);
         QVERIFY(session_->front()->rect().contains(session_->front()->mapToScreen(far)));
         check({{far, red}, {neck, green}});
+    }
+
+    // Typed into the find field, a pattern rings the matches of every tab and counts them in
+    // the tab titles; Esc ends it.
+    void find_marks_matches_in_every_tab_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QStringList>("titles");
+        QTest::addColumn<QVector<bool>>("ringed"); // the limbs tab's buttons
+        QTest::newRow("substring, any case")
+            << "ARM"_q << words("Untitled_(0) rig_(1) limbs_(1)") << QVector<bool>{0, 0, 1};
+        QTest::newRow("wildcards from the first character")
+            << "l_*"_q << words("Untitled_(0) rig_(2) limbs_(1)") << QVector<bool>{1, 0, 0};
+        QTest::newRow("one character")
+            << "?_leg"_q << words("Untitled_(0) rig_(0) limbs_(2)") << QVector<bool>{1, 1, 0};
+        QTest::newRow("labels") << "hip"_q << words("Untitled_(0) rig_(0) limbs_(1)")
+                                << QVector<bool>{1, 0, 0};
+        QTest::newRow("namespaces are not looked at")
+            << "hero"_q << words("Untitled_(0) rig_(0) limbs_(0)") << QVector<bool>{0, 0, 0};
+    }
+
+    void find_marks_matches_in_every_tab() {
+        QFETCH(QString, typed);
+        QFETCH(QStringList, titles);
+        QFETCH(QVector<bool>, ringed);
+        open_limbs();
+        session_->key(Qt::Key_F, Qt::ControlModifier);
+        session_->type(typed);
+        QCOMPARE(tab_titles(*session_), titles.replaceInStrings("_"_q, " "_q));
+        const QImage shown = session_->dock()->grab().toImage();
+        for (int i = 0; i < ringed.size(); ++i) {
+            const QRect box = session_->box(i);
+            const QColor left = shown.pixelColor(box.left() - 3, box.center().y());
+            QCOMPARE(left == found_ring, ringed.at(i));
+        }
+        // The scene and the tab's file keep the titles as they were.
+        session_->click(QPoint(160, 40), Qt::ControlModifier);
+        session_->menu("&Edit"_q, "Cut"_q);
+        QCOMPARE(session_->stored().tabs.value(2).title, "limbs"_q);
+        session_->menu("&File"_q, "Save"_q);
+        picker_tab_record saved;
+        readPickerFile(readBytes(session_->path("limbs.pkr"_q)), saved);
+        QCOMPARE(saved.title, "limbs"_q);
+
+        // Esc on the canvas, the pointer back over it from the menu.
+        session_->reenter();
+        session_->key(Qt::Key_Escape);
+        QCOMPARE(tab_titles(*session_), words("Untitled rig limbs"));
+        const QRect box = session_->box(0);
+        QCOMPARE(session_->dock()->grab().toImage().pixelColor(box.left() - 3, box.center().y()),
+                 canvas);
+    }
+
+    // Enter selects the matches in the host, Shift+Enter adds them: the host's own selection,
+    // lit back in the picker.
+    void find_selects_matches_in_the_host_data() {
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QStringList>("selected");
+        QTest::newRow("Enter") << int(Qt::NoModifier) << words("L_arm L_hand R_hand");
+        QTest::newRow("Shift+Enter")
+            << int(Qt::ShiftModifier) << words("L_arm L_hand R_hand chest");
+    }
+
+    void find_selects_matches_in_the_host() {
+        QFETCH(int, modifiers);
+        QFETCH(QStringList, selected);
+        session_->click(chest);
+        session_->key(Qt::Key_F, Qt::ControlModifier);
+        session_->type("L_"_q);
+        session_->key(Qt::Key_Return, Qt::KeyboardModifiers(modifiers));
+        QStringList inHost = session_->host.selection();
+        inHost.sort();
+        QCOMPARE(inHost, selected);
+        check({{arm, lit}, {hands, lit}, {head, red}});
+        // One selection step on the host's undo queue.
+        QVERIFY(session_->host.executeCommand("undo"_q));
+        QCOMPARE(session_->host.selection(), QStringList{"chest"_q});
+    }
+
+    // F3 and Shift+F3 bring each match to the middle of its tab in turn, going round.
+    void find_walks_the_matches_data() {
+        QTest::addColumn<QVector<int>>("steps"); // 1 for F3, -1 for Shift+F3
+        QTest::addColumn<int>("tab");
+        QTest::addColumn<int>("button");
+        QTest::newRow("F3") << QVector<int>{1} << 1 << 2;
+        QTest::newRow("F3 twice") << QVector<int>{1, 1} << 1 << 4;
+        QTest::newRow("on to the next tab") << QVector<int>{1, 1, 1} << 2 << 0;
+        QTest::newRow("round") << QVector<int>{1, 1, 1, 1} << 1 << 2;
+        QTest::newRow("Shift+F3 from the start") << QVector<int>{-1} << 2 << 0;
+        QTest::newRow("back") << QVector<int>{1, 1, -1} << 1 << 2;
+    }
+
+    void find_walks_the_matches() {
+        QFETCH(QVector<int>, steps);
+        QFETCH(int, tab);
+        QFETCH(int, button);
+        open_limbs();
+        session_->key(Qt::Key_F, Qt::ControlModifier);
+        session_->type("L_"_q);
+        for (const int step : steps)
+            session_->key(Qt::Key_F3, step > 0 ? Qt::NoModifier : Qt::ShiftModifier);
+        QCOMPARE(session_->tabs()->currentIndex(), tab);
+        session_->glide();
+        const picker_view* front = session_->front();
+        QVERIFY(
+            session_->box(button).contains(front->mapTo(session_->dock(), front->rect().center())));
+    }
+
+    // Buttons whose nodes the scene lacks: all of them dimmed and hatched, some of them badged,
+    // following the scene as nodes go, come back and are renamed; the tool tip says which.
+    void missing_nodes_are_marked_data() {
+        QTest::addColumn<QString>("mel");
+        QTest::addColumn<bool>("headHatched");
+        QTest::addColumn<bool>("handsBadged");
+        QTest::addColumn<QString>("handsTip");
+        QTest::newRow("all there") << QString() << false << false << "L_hand\nR_hand"_q;
+        QTest::newRow("one of two deleted")
+            << "delete R_hand"_q << false << true << "L_hand\nR_hand (missing)"_q;
+        QTest::newRow("the only one deleted")
+            << "delete head"_q << true << false << "L_hand\nR_hand"_q;
+        QTest::newRow("renamed away") << "rename head head1; rename L_hand L_hand1"_q << true
+                                      << true << "L_hand (missing)\nR_hand"_q;
+        QTest::newRow("renamed back")
+            << "rename head head1; rename head1 head"_q << false << false << "L_hand\nR_hand"_q;
+    }
+
+    void missing_nodes_are_marked() {
+        QFETCH(QString, mel);
+        QFETCH(bool, headHatched);
+        QFETCH(bool, handsBadged);
+        QFETCH(QString, handsTip);
+        if (!mel.isEmpty())
+            QVERIFY(session_->host.executeCommand(mel));
+        session_->settle();
+        const QImage shown = session_->dock()->grab().toImage();
+        const QSet<QRgb> headColours = colours_in(shown, session_->box(0));
+        QCOMPARE(headColours.contains(missing_hatch.rgb()), headHatched);
+        QCOMPARE(headColours.contains(red.rgb()), !headHatched);
+        const QRect hands = session_->box(4);
+        QCOMPARE(shown.pixelColor(hands.right() - 2, hands.top() + 2) == missing_badge,
+                 handsBadged);
+        QTest::mouseMove(session_->window(), session_->at(QPoint(60, 200)));
+        QCOMPARE(session_->front()->toolTip(), handsTip);
+    }
+
+    // Ten names at most, then how many more.
+    void a_tool_tip_names_ten() {
+        buttonAttributes crowd = button({"head"_q}, QPoint(40, 40), 20, green.rgb());
+        for (int i = 1; i < 12; ++i)
+            crowd.sel << "extra%1"_q.arg(i);
+        session_->open({crowd}, "crowd"_q);
+        QTest::mouseMove(session_->window(), session_->at(QPoint(40, 40)));
+        QCOMPARE(session_->front()->toolTip(),
+                 "head\nextra1 (missing)\nextra2 (missing)\nextra3 (missing)\nextra4 "
+                 "(missing)\nextra5 (missing)\nextra6 (missing)\nextra7 (missing)\nextra8 "
+                 "(missing)\nextra9 (missing)\n...and 2 more"_q);
     }
 
     // Reading a scene never marks it modified, and nothing the picker does for one scene is

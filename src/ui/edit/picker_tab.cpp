@@ -231,3 +231,74 @@ bool picker_tab::conform_to_selected() {
     append_selected(lit);
     return conform_to_set(lit);
 }
+
+int picker_tab::mark_found(picker_name_matcher& matcher) {
+    const bool looking = !matcher.pattern().isEmpty();
+    int count = 0;
+    bool changed = false;
+    for (buttonRecord& button : buttons_) {
+        bool found = false;
+        if (looking) {
+            found = matcher.matchesLabel(button.att.label);
+            if (!found && button.att.type == buttonAttributes::Selection) {
+                const auto& ids = button.node_ids();
+                for (qsizetype i = 0; i < ids.size() && !found; ++i)
+                    found = matcher.matchesName(ids.at(i), button.att.sel.at(i));
+            }
+        }
+        count += found ? 1 : 0;
+        changed = changed || found != button.found;
+        button.found = found;
+    }
+    if (changed)
+        emit marksChanged();
+    return count;
+}
+
+index_list picker_tab::foundIndices() const {
+    index_list found;
+    for (int i = 0; i < buttons_.size(); ++i) {
+        if (buttons_.at(i).found)
+            found.append(i);
+    }
+    return found;
+}
+
+void picker_tab::mark_missing(const name_lookup& missing) {
+    missing_ = missing;
+    bool changed = false;
+    for (buttonRecord& button : buttons_) {
+        qint16 state = buttonRecord::None;
+        if (button.att.type == buttonAttributes::Selection) {
+            const auto& ids = button.node_ids();
+            int absent = 0;
+            for (const int id : ids)
+                absent += missing.contains(id) ? 1 : 0;
+            state = absent == 0            ? buttonRecord::None
+                    : absent == ids.size() ? buttonRecord::All
+                                           : buttonRecord::Some;
+        }
+        changed = changed || state != button.missing;
+        button.missing = state;
+    }
+    if (changed)
+        emit marksChanged();
+}
+
+void picker_tab::collect_names(std::vector<char>& asked, QStringList& names, QVector<int>& ids) {
+    for (buttonRecord& button : buttons_) {
+        if (button.att.type != buttonAttributes::Selection)
+            continue;
+        const auto& own = button.node_ids();
+        for (qsizetype n = 0; n < own.size(); ++n) {
+            const int id = own.at(n);
+            if (size_t(id) >= asked.size())
+                asked.resize(size_t(id) + 1024, 0);
+            if (asked[size_t(id)])
+                continue;
+            asked[size_t(id)] = 1;
+            names.append(button.att.sel.at(n));
+            ids.append(id);
+        }
+    }
+}

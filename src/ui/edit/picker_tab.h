@@ -1,5 +1,6 @@
 #pragma once
 
+#include "picker_find.h"
 #include "picker_node_ids.h"
 #include "picker_selection.h"
 #include "picker_types.h"
@@ -12,6 +13,8 @@
 #include <QString>
 #include <QUndoStack>
 #include <QVector>
+
+#include <vector>
 
 // Indices into a tab's button list, ascending unless said otherwise.
 using index_list = QVector<int>;
@@ -86,6 +89,18 @@ public:
     // Every button sharing a name with a lit one lights accordingly.
     bool conform_to_selected();
 
+    // Marks, like lit states never saved nor undone. Marks the buttons whose label or a node's
+    // short name the matcher takes (none for an empty pattern); returns how many.
+    int mark_found(picker_name_matcher& matcher);
+    index_list foundIndices() const;
+    // Marks each selection button by how many of its names are among missing, which it keeps
+    // for isMissing.
+    void mark_missing(const name_lookup& missing);
+    // Appends the selection buttons' names whose interned ids asked does not flag yet, with those
+    // ids, flagging them.
+    void collect_names(std::vector<char>& asked, QStringList& names, QVector<int>& ids);
+    bool isMissing(const QString& name) const { return missing_.contains(intern_node_name(name)); }
+
     // Asks the views to bring a picker area into sight.
     void requestFrame(const QRect& area) { emit frameRequested(area); }
 
@@ -100,6 +115,7 @@ signals:
     // What is saved of the tab changed.
     void changed();
     void frameRequested(const QRect& area);
+    void marksChanged();
 
 private:
     buttonRecord record_of(const buttonAttributes& att);
@@ -108,6 +124,7 @@ private:
     quint32 nextId_ = 1;
     picker_selection ownMirror_;
     picker_selection* mirror_;
+    name_lookup missing_;
     QPixmap background_;
     QString backgroundKey_;
     QString path_;

@@ -47,6 +47,7 @@ picker_view::picker_view(picker_tab* tab, picker_view_owner* owner, QWidget* par
     connect(tab_, &picker_tab::buttonsChanged, this, &picker_view::buttons_changed);
     connect(tab_, &picker_tab::buttonsReset, this, &picker_view::buttons_reset);
     connect(tab_, &picker_tab::litChanged, this, QOverload<>::of(&QWidget::update));
+    connect(tab_, &picker_tab::marksChanged, this, QOverload<>::of(&QWidget::update));
     connect(tab_, &picker_tab::backgroundChanged, this, QOverload<>::of(&QWidget::update));
     connect(tab_, &picker_tab::frameRequested, this,
             [this](const QRect& area) { frameBounds(area, true); });

@@ -237,6 +237,9 @@ private:
     // Both in device pixels, area in widget pixels.
     void draw_background(QPainter& p, const view_space& space, const QRect& area);
     void draw_buttons(QPainter& p, const view_space& space, const QRect& area);
+    // What the find field and the scene's missing nodes lay over a button drawn, in widget
+    // pixels.
+    void draw_marks(QPainter& p, const buttonRecord& b, const button_shape& s) const;
     void push(QUndoCommand* command);
     void nudge_buttons(int dx, int dy);
     // Context menu, actions, shortcuts, cursors and pointer tracking.

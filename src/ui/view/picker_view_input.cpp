@@ -60,14 +60,18 @@ QPoint global_pos(const QMouseEvent* e) {
 #endif
 }
 
-// Three names on their own lines and a count of the rest, or all of up to four.
-QString tool_tip_for(const QStringList& names) {
-    if (names.size() <= 4)
-        return names.join(QLatin1Char('\n'));
-    QString text;
-    for (int i = 0; i < 3; ++i)
-        text += names.at(i) + QLatin1Char('\n');
-    return text + picker_view::tr("...and %1 more").arg(names.size() - 3);
+// The first ten names on their own lines and a count of the rest, each one the scene lacks
+// marked.
+QString tool_tip_for(const QStringList& names, const picker_tab& tab) {
+    constexpr int shown = 10;
+    QStringList lines;
+    for (int i = 0; i < names.size() && i < shown; ++i) {
+        lines << (tab.isMissing(names.at(i)) ? picker_view::tr("%1 (missing)").arg(names.at(i))
+                                             : names.at(i));
+    }
+    if (names.size() > shown)
+        lines << picker_view::tr("...and %1 more").arg(names.size() - shown);
+    return lines.join(QLatin1Char('\n'));
 }
 
 } // namespace
@@ -289,7 +293,7 @@ void picker_view::mouseMoveEvent(QMouseEvent* e) {
         lastPos_ = e->pos();
         const int hit = find_button(lastPos_);
         if (hit >= 0 && tab_->buttons().at(hit).att.type == buttonAttributes::Selection) {
-            lastTT_ = tool_tip_for(tab_->buttons().at(hit).att.sel);
+            lastTT_ = tool_tip_for(tab_->buttons().at(hit).att.sel, *tab_);
             if (toolTip() != lastTT_)
                 setToolTip(lastTT_);
         } else if (!lastTT_.isEmpty()) {

@@ -270,6 +270,13 @@ void picker_view::paint(QPainter& p, const QRect& area, bool overlays) {
     draw_background(p, space, device);
     draw_buttons(p, space, area);
     p.restore();
+    const QRect r = mapToPicker(area);
+    const button_list& buttons = tab_->buttons();
+    for (qsizetype i = 0; i < buttons.size(); ++i) {
+        const buttonRecord& b = buttons.at(i);
+        if ((b.found || b.missing != buttonRecord::None) && shapes_[size_t(i)].bounds.intersects(r))
+            draw_marks(p, b, shapes_[size_t(i)]);
+    }
     if (overlays)
         overlay_.draw(p);
 }

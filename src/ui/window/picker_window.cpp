@@ -3,6 +3,7 @@
 #include "picker_background_key.h"
 #include "picker_dialog.h"
 #include "picker_file.h"
+#include "picker_find_bar.h"
 #include "picker_mel_quote.h"
 #include "picker_prompt.h"
 #include "picker_tab.h"
@@ -85,6 +86,7 @@ picker_window::picker_window(QDockWidget* dock) : QWidget(dock) {
     wlist_->setMenuBar(mbar_);
     wlist_->addWidget(tabs_, 0);
     tools_ = std::make_unique<picker_toolbox>(this, wlist_, togglex_);
+    find_ = new picker_find_bar(this, tabs_, wlist_);
     setLayout(wlist_);
 
     connect(filem_, &QMenu::aboutToShow, this, &picker_window::updateFileMenu);
@@ -166,6 +168,16 @@ void picker_window::make_edit_menu() {
     inplacex_ = add_entry(editm_, tr("Paste in Place"), false);
     setWidgetShortcut(inplacex_, QKeySequence(QStringLiteral("Shift+Ctrl+V")));
     connect(inplacex_, &QAction::triggered, this, &picker_window::paste_inplace_buttons);
+    editm_->addSeparator();
+    findx_ = add_entry(editm_, tr("Find..."), true);
+    setWidgetShortcut(findx_, QKeySequence(QStringLiteral("Ctrl+F")));
+    connect(findx_, &QAction::triggered, this, [this] { find_->open(); });
+    findNextx_ = add_entry(editm_, tr("Find Next"), true);
+    setWidgetShortcut(findNextx_, QKeySequence(QStringLiteral("F3")));
+    connect(findNextx_, &QAction::triggered, this, [this] { find_->find_next(); });
+    findPreviousx_ = add_entry(editm_, tr("Find Previous"), true);
+    setWidgetShortcut(findPreviousx_, QKeySequence(QStringLiteral("Shift+F3")));
+    connect(findPreviousx_, &QAction::triggered, this, [this] { find_->find_previous(); });
     editm_->addSeparator();
     togglex_ = add_entry(editm_, QStringLiteral("Hide Toolbox"), true);
 }
@@ -293,9 +305,9 @@ void picker_window::rename_tab() {
         return;
     bool accepted = false;
     const QString name = QInputDialog::getText(this, tr("Tab Name"), tr("Name"), QLineEdit::Normal,
-                                               tabs_->tabText(index), &accepted);
+                                               tab_title(index), &accepted);
     if (accepted && !name.isEmpty())
-        tabs_->setTabText(index, name);
+        find_->setTitle(index, name);
 }
 
 void picker_window::updateFileMenu() {

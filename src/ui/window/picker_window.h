@@ -24,6 +24,8 @@ class QMenuBar;
 class QTabWidget;
 class QTimer;
 class QVBoxLayout;
+class picker_find_bar;
+class picker_host;
 class picker_tab;
 class picker_view;
 struct picker_tab_record;
@@ -35,6 +37,10 @@ inline constexpr char picker_mime_type[] = "application/x-qt-picker-mime;value=\
 void copyButtonsToClipboard(const QList<buttonAttributes>& buttons);
 // Pushes one paste step when the clipboard holds the picker's format, even if it reads empty.
 void handle_paste(picker_view* view, bool inplace);
+
+// Marks in every tab the selection buttons naming nodes the host's scene lacks, asking the host
+// about each name once.
+void mark_missing_nodes(picker_host& host, const QVector<picker_tab*>& tabs);
 
 // The picker's top-level widget inside the host's dock: tabs of views, the menus, keyboard
 // dispatch and the selection mirror shared by every tab.
@@ -105,6 +111,12 @@ public:
     bool load_pickers(const QStringList& paths) override;
     // Namespaces the scene has, as picker_ListNamespaces lists them.
     void rebindFront(const QStringList& namespaces, bool rebind) override;
+    // The host calls on idle, once for many changes: the marks follow at once.
+    void nodesChanged() override { refresh_marks(); }
+
+    // A tab's title as saved, without what a find adds to it.
+    QString tab_title(int index) const;
+    picker_find_bar* findBar() const { return find_; }
 
 public slots:
     void new_tab();
@@ -181,6 +193,10 @@ private:
     // The last picker files opened or saved, most recent first, as the File menu lists them.
     void remember_picker(const QString& path);
     void fill_recent_pickers();
+    // The buttons or the scene changed: find and missing-node marks are worked out again once
+    // the current event is handled.
+    void marks_stale();
+    void refresh_marks();
     // A view holding the tab as read from a file or the scene.
     picker_view* view_from_record(const picker_tab_record& record);
     // The tab at index as files and the scene keep it.
@@ -215,9 +231,14 @@ private:
     QAction* bkgnx_ = nullptr;
     QAction* namex_ = nullptr;
     QAction* togglex_ = nullptr;
+    QAction* findx_ = nullptr;
+    QAction* findNextx_ = nullptr;
+    QAction* findPreviousx_ = nullptr;
     QMenu* recentFiles_ = nullptr;
     // Destroyed before the child widgets connected to it, so none reaches a half-destroyed window.
     std::unique_ptr<picker_toolbox> tools_;
+    picker_find_bar* find_ = nullptr;
+    QTimer* marksTimer_ = nullptr;
     string_map recent_;
     QVBoxLayout* wlist_ = nullptr;
     bool closing_ = false;

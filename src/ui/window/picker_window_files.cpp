@@ -198,7 +198,7 @@ void picker_window::close_one(int index) {
         {QMessageBox::Warning, this, tr("Close Tab"),
          QStringLiteral(
              "Are you sure you want to close the tab \"%1\"?\n\nAll changes will be lost.")
-             .arg(tabs_->tabText(index)),
+             .arg(tab_title(index)),
          QMessageBox::Cancel | QMessageBox::Ok});
     if (answer == QMessageBox::Cancel)
         return;

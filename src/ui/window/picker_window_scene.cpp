@@ -70,7 +70,7 @@ QByteArray picker_window::background_png(const picker_tab* tab) {
 
 picker_tab_record picker_window::tab_record(int index) {
     picker_tab_record tab;
-    tab.title = tabs_->tabText(index);
+    tab.title = tab_title(index);
     if (const picker_tab* shown = tab_at(index)) {
         tab.backgroundKey = shown->backgroundKey();
         if (!tab.backgroundKey.isEmpty())
@@ -87,11 +87,11 @@ QVector<picker_stream_piece> picker_window::stream_pieces() {
     for (int i = 0; i < tabs_->count(); ++i) {
         const picker_tab* tab = tab_at(i);
         if (tab == nullptr) {
-            pieces.addTab(tabs_->tabText(i), QString(), QByteArray(), 0);
+            pieces.addTab(tab_title(i), QString(), QByteArray(), 0);
             continue;
         }
         const QString& key = tab->backgroundKey();
-        pieces.addTab(tabs_->tabText(i), key, key.isEmpty() ? QByteArray() : background_png(tab),
+        pieces.addTab(tab_title(i), key, key.isEmpty() ? QByteArray() : background_png(tab),
                       qint32(tab->count()));
         for (const buttonRecord& button : tab->buttons())
             pieces.addButton(button.att);
@@ -106,6 +106,11 @@ void picker_window::streamTo(QDataStream& stream) {
 
 void picker_window::connect_picker(picker_tab* tab) {
     connect(tab, &picker_tab::changed, this, &picker_window::updateSceneData);
+    // What a button names, and so what it is found by and whether the scene has it, changes
+    // with any edit.
+    connect(tab, &picker_tab::changed, this, &picker_window::marks_stale);
+    connect(tab, &picker_tab::buttonsReset, this, &picker_window::marks_stale);
+    marks_stale();
 }
 
 void picker_window::updateSceneData() {
