@@ -2,6 +2,8 @@
 
 #include <QSet>
 
+#include <cctype>
+
 namespace {
 
 const QChar star = QLatin1Char('*');
@@ -222,10 +224,11 @@ QString parseColorSwap(const QString& text, QPair<QRgb, QRgb>& swap) {
     bool whole = sides.size() == 2;
     for (int i = 0; whole && i < 2; ++i) {
         const QString& side = sides.at(i);
-        bool parsed = false;
-        colors[i] = side.mid(1).toUInt(&parsed, 16);
-        whole = parsed && side.size() == 7 && side.startsWith(QLatin1Char('#')) &&
-                !side.contains(QLatin1Char('+')) && !side.contains(QLatin1Char('-'));
+        whole = side.size() == 7 && side.startsWith(QLatin1Char('#'));
+        for (int c = 1; whole && c < 7; ++c)
+            whole = side.at(c).unicode() < 128 && std::isxdigit(side.at(c).unicode()) != 0;
+        if (whole)
+            colors[i] = side.mid(1).toUInt(nullptr, 16);
     }
     if (!whole)
         return QStringLiteral("colour pair \"%1\" is not #RRGGBB=#RRGGBB").arg(text);
