@@ -49,7 +49,8 @@ QStringList ask_files(const picker_file_question& question) {
     if (dialog.exec() != QDialog::Accepted)
         return {};
     const QStringList chosen = dialog.selectedFiles();
-    return question.type == picker_file_question::kind::open_files ? chosen : chosen.mid(0, 1);
+    return question.type == picker_file_question::kind::open_files ? chosen
+                                                                   : QStringList(chosen.mid(0, 1));
 }
 
 picker_message_hook& message_hook() {

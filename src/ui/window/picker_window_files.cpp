@@ -109,7 +109,7 @@ void picker_window::remember_picker(const QString& path) {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     paths.removeAll(absolute);
     paths.prepend(absolute);
-    settings.setValue(recent_key, paths.mid(0, recent_count));
+    settings.setValue(recent_key, QStringList(paths.mid(0, recent_count)));
 }
 
 void picker_window::fill_recent_pickers() {
