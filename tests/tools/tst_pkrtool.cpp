@@ -576,8 +576,8 @@ private slots:
             tab.backgroundKey = "1"_q;
             tab.backgroundPng = pngOf(image);
         }
-        for (const QString& spec : buttons) {
-            const QStringList fields = spec.split(QLatin1Char(' '));
+        for (const QString& description : buttons) {
+            const QStringList fields = description.split(QLatin1Char(' '));
             buttonAttributes att;
             att.pos = QPoint(fields.at(0).toInt(), 50);
             att.size = 10;
