@@ -1,6 +1,7 @@
 // The canvas under the load of a big rig: relighting every tab when the host selection changes,
-// a full repaint, and the hit test under the pointer. Each sits beside the baseline it is judged
-// against.
+// a full repaint at three zooms and two device pixel ratios, a frame of a zoom glide and the
+// frame it lands on, and the hit test under the pointer. Each repaint sits beside the baseline
+// it is judged against.
 #include "picker_view.h"
 #include "picker_window.h"
 
@@ -136,26 +137,72 @@ std::unique_ptr<picker_view> labelled_view(double zoom) {
     return view;
 }
 
-void BM_Repaint_5000Labelled(benchmark::State& state, double zoom) {
+// The surface a window of the view's size paints into at a device pixel ratio.
+QImage device_image(const picker_view& view, double dpr) {
+    QImage image(view.size() * dpr, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(dpr);
+    return image;
+}
+
+void BM_Repaint_5000Labelled(benchmark::State& state, double zoom, double dpr) {
     const std::unique_ptr<picker_view> view = labelled_view(zoom);
-    QImage image(view->size(), QImage::Format_ARGB32_Premultiplied);
+    QImage image = device_image(*view, dpr);
     for (auto _ : state) {
         QPainter painter(&image);
         view->paint(painter, view->rect());
     }
 }
 
-void BM_Repaint_5000Labelled_fill_baseline(benchmark::State& state, double zoom) {
+void BM_Repaint_5000Labelled_fill_baseline(benchmark::State& state, double zoom, double dpr) {
     const std::unique_ptr<picker_view> view = labelled_view(zoom);
     QVector<QRect> rects;
     for (int i = 0; i < view->tab()->count(); ++i)
         rects << view->mapToScreen(view->shape(i).bounds);
-    QImage image(view->size(), QImage::Format_ARGB32_Premultiplied);
+    QImage image = device_image(*view, dpr);
     const QColor fill(0x33, 0x66, 0xCC);
     for (auto _ : state) {
         QPainter painter(&image);
         for (const QRect& r : rects)
             painter.fillRect(r, fill);
+    }
+}
+
+// A zoom never shown before, for every frame of every run: the faces of the frame's zoom are
+// never cached.
+float unseen_zoom() {
+    static int frames = 0;
+    return 2.5f + 1e-4f * static_cast<float>(++frames);
+}
+
+// The first frame of a glide from zoom 1, where every face was drawn, towards a zoom never shown.
+void BM_ZoomFrame_5000Labelled(benchmark::State& state, double dpr) {
+    const std::unique_ptr<picker_view> view = labelled_view(1.0);
+    QImage image = device_image(*view, dpr);
+    {
+        QPainter painter(&image);
+        view->paint(painter, view->rect());
+    }
+    for (auto _ : state) {
+        state.PauseTiming();
+        view->setZoom(1.0f, QPoint(0, 0));
+        view->zoomWindow(unseen_zoom(), QPoint(0, 0));
+        view->animate_zoom();
+        state.ResumeTiming();
+        QPainter painter(&image);
+        view->paint(painter, view->rect());
+    }
+}
+
+// The frame a glide lands on, drawn exactly: every face of the new zoom drawn anew.
+void BM_ZoomSettle_5000Labelled(benchmark::State& state, double dpr) {
+    const std::unique_ptr<picker_view> view = labelled_view(1.0);
+    QImage image = device_image(*view, dpr);
+    for (auto _ : state) {
+        state.PauseTiming();
+        view->setZoom(unseen_zoom() - 1.5f, QPoint(0, 0));
+        state.ResumeTiming();
+        QPainter painter(&image);
+        view->paint(painter, view->rect());
     }
 }
 
@@ -177,13 +224,25 @@ int main(int argc, char** argv) {
         ->Unit(benchmark::kMicrosecond);
     benchmark::RegisterBenchmark("BM_SetSelection_10x1000_literal", BM_SetSelection_10x1000_literal)
         ->Unit(benchmark::kMicrosecond);
-    for (const double zoom : {1.0, 2.5}) {
-        const std::string suffix = "/zoom" + QString::number(zoom).toStdString();
-        benchmark::RegisterBenchmark(("BM_Repaint_5000Labelled" + suffix).c_str(),
-                                     BM_Repaint_5000Labelled, zoom)
+    for (const double zoom : {0.77, 1.0, 2.5}) {
+        for (const double dpr : {1.0, 2.0}) {
+            const std::string suffix = "/zoom" + QString::number(zoom).toStdString() + "/dpr" +
+                                       QString::number(dpr).toStdString();
+            benchmark::RegisterBenchmark(("BM_Repaint_5000Labelled" + suffix).c_str(),
+                                         BM_Repaint_5000Labelled, zoom, dpr)
+                ->Unit(benchmark::kMillisecond);
+            benchmark::RegisterBenchmark(("BM_Repaint_5000Labelled_fill_baseline" + suffix).c_str(),
+                                         BM_Repaint_5000Labelled_fill_baseline, zoom, dpr)
+                ->Unit(benchmark::kMillisecond);
+        }
+    }
+    for (const double dpr : {1.0, 2.0}) {
+        const std::string suffix = "/dpr" + QString::number(dpr).toStdString();
+        benchmark::RegisterBenchmark(("BM_ZoomFrame_5000Labelled" + suffix).c_str(),
+                                     BM_ZoomFrame_5000Labelled, dpr)
             ->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark(("BM_Repaint_5000Labelled_fill_baseline" + suffix).c_str(),
-                                     BM_Repaint_5000Labelled_fill_baseline, zoom)
+        benchmark::RegisterBenchmark(("BM_ZoomSettle_5000Labelled" + suffix).c_str(),
+                                     BM_ZoomSettle_5000Labelled, dpr)
             ->Unit(benchmark::kMillisecond);
     }
     benchmark::RegisterBenchmark("BM_FindButton_5000", BM_FindButton_5000)

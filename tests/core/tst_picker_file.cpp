@@ -1,6 +1,6 @@
+#include "../support/picker_test_vectors.h"
 #include "picker_file.h"
 #include "picker_piece_stream.h"
-#include "picker_test_vectors.h"
 
 #include <QBuffer>
 #include <QDataStream>
@@ -32,9 +32,14 @@ picker_tab_record tab(const char* title, int buttons, const QByteArray& png = {}
     picker_tab_record record{
         QString::fromLatin1(title), png.isEmpty() ? QString() : "42"_q, png, {}};
     for (int i = 0; i < buttons; ++i)
-        record.buttons.append(makeButton(QPoint(i % 40 * 20, i / 40 * 20), 10 + i % 5, 0, 0,
-                                         0xffb22222, 0, QString::number(i),
-                                         {"hero:ctrl_%1"_q.arg(i)}));
+        record.buttons.append(buttonAttributes{QPoint(i % 40 * 20, i / 40 * 20),
+                                               10 + i % 5,
+                                               0,
+                                               0,
+                                               0xffb22222,
+                                               0,
+                                               QString::number(i),
+                                               {"hero:ctrl_%1"_q.arg(i)}});
     return record;
 }
 
@@ -67,8 +72,14 @@ private slots:
             << picker_tab_record{"Arm"_q,
                                  QString(),
                                  {},
-                                 {makeButton(QPoint(0, 0), 1, 0, 0, 0, 0,
-                                             "\xCE\xA8\xF0\x9F\x98\x80"_q, {"bras_\xC3\xA9"_q})}}
+                                 {buttonAttributes{QPoint(0, 0),
+                                                   1,
+                                                   0,
+                                                   0,
+                                                   0,
+                                                   0,
+                                                   "\xCE\xA8\xF0\x9F\x98\x80"_q,
+                                                   {"bras_\xC3\xA9"_q}}}}
             << 4;
         QTest::newRow("format 3, no label colour")
             << hex("00000003 00000006 00410072006d ffffffff") + buttonListVersion3()

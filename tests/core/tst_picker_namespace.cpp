@@ -86,8 +86,8 @@ private slots:
                                mel("# \"hide:b\"\r'c:d'")}
             << none << list({"c"}) << true << list({""}) << list({"c"})
             << rows({{"cmds.select('x') # 'hide:a'"}, {"# \"hide:b\"\r'c:d'"}});
-        QTest::newRow("char1 finds shot3:char1")
-            << button_att_list{names({"char1:arm"})} << list({"shot3", "shot3:char1"})
+        QTest::newRow("char1 finds shot3:char1, not xchar1")
+            << button_att_list{names({"char1:arm"})} << list({"xchar1", "shot3", "shot3:char1"})
             << list({"char1"}) << true << list({"shot3:char1"}) << none
             << rows({{"shot3:char1:arm"}});
         QTest::newRow("empty target maps to the root")
@@ -149,6 +149,12 @@ private slots:
         QTest::newRow("script runs end at every other character")
             << button_att_list{mel("select old:a|old:b;x=old:c[0];\u00e9old:d")} << oldNs << newNs
             << rows({{"select new:a|new:b;x=new:c[0];\u00e9new:d"}});
+        // Every edge of the name-character ranges: none of these is "old:".
+        QTest::newRow("a name character before it: another name")
+            << button_att_list{mel("aold:1 zold:2 Aold:3 Zold:4 0old:5 9old:6 .old:7 _old:8 "
+                                   "@old:9")}
+            << oldNs << newNs
+            << rows({{"aold:1 zold:2 Aold:3 Zold:4 0old:5 9old:6 .old:7 _old:8 @new:9"}});
         QTest::newRow("only a command button's first element")
             << button_att_list{button(buttonAttributes::Command, buttonAttributes::Python,
                                       {"'old:a'", "old:b"})}

@@ -1,4 +1,4 @@
-#include "../core/picker_test_vectors.h"
+#include "../support/picker_test_vectors.h"
 #include "picker_embedded_host.h"
 #include "picker_maya_ascii.h"
 #include "picker_mel.h"
@@ -373,41 +373,6 @@ private slots:
         QCOMPARE(result.error, error);
         QCOMPARE(result.errors, errors);
         QCOMPARE(int(read.nodes.size() + read.referencedNodes.size()), error.isEmpty() ? nodes : 1);
-    }
-
-    void hostSavesAndOpensTheScene() {
-        QTemporaryDir dir;
-        QVERIFY(dir.isValid());
-        QVERIFY(writeBytes(dir.filePath("hero.ma"_q), rigFile));
-        const QString path = dir.filePath("shot.ma"_q);
-
-        picker_embedded_host host;
-        QVERIFY(host.addNode("root"_q));
-        // A value longer than one written piece, so the reader joins pieces on the way back.
-        const QString image = QString(3000, QLatin1Char('x'));
-        QVERIFY(
-            host.executeCommand("file -r -ns \"hero\" \""_q + dir.filePath("hero.ma"_q) + "\""_q));
-        QVERIFY(host.executeCommand("fileInfo \"gone\" \"x\"; fileInfo -remove \"gone\"; "
-                                    "file -modified 1; fileInfo \"TalvoraPickerImage_a\" \""_q +
-                                    image + "\\\"\""_q));
-        const QStringList nodes = host.nodes();
-        const QMap<QString, QString> info = host.fileInfoEntries();
-        const QList<picker_ma_reference> refs = host.references();
-        QCOMPARE(info.keys(), QStringList{"TalvoraPickerImage_a"_q});
-        QCOMPARE(info.first(), image + QLatin1Char('"'));
-        QVERIFY(host.isModified());
-
-        QVERIFY(host.executeCommand("file -rename \""_q + path + "\""_q));
-        QVERIFY(host.executeCommand("file -save"_q));
-        QVERIFY(!host.isModified());
-        QVERIFY(host.executeCommand("file -new -f"_q));
-        QVERIFY(host.fileInfoEntries().isEmpty());
-        QVERIFY(host.executeCommand("file -open \""_q + path + "\""_q));
-
-        QCOMPARE(host.nodes(), nodes);
-        QCOMPARE(host.references(), refs);
-        QCOMPARE(host.fileInfoEntries(), info);
-        QCOMPARE(host.scenePath(), path);
     }
 };
 

@@ -1,4 +1,4 @@
-#include "../core/picker_test_vectors.h"
+#include "../support/picker_test_vectors.h"
 #include "picker_embedded_host.h"
 #include "picker_main.h"
 

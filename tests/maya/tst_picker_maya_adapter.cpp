@@ -1,6 +1,6 @@
 // The Maya adapter, built from its own sources against the stand-in devkit: what reaches Maya's
 // API on load, unload, command calls and selection changes.
-#include "../core/picker_test_vectors.h"
+#include "../support/picker_test_vectors.h"
 #include "maya_fake.h"
 
 #include "picker_main.h"

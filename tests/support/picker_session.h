@@ -10,10 +10,10 @@
 #define QTEST_QPA_MOUSE_HANDLING
 #endif
 
-#include "../core/picker_test_vectors.h"
 #include "picker_embedded_host.h"
 #include "picker_file.h"
 #include "picker_main.h"
+#include "picker_test_kit.h"
 #include "picker_view.h"
 #include "picker_window.h"
 
@@ -40,38 +40,6 @@ using namespace picker_test_vectors;
 inline const QColor canvas(51, 51, 51);
 inline const QColor lit(224, 224, 224);
 inline const QColor partly_lit(128, 128, 128);
-
-// Keeps settings and the pickers config away from the user's.
-inline void isolate_settings() {
-    QStandardPaths::setTestModeEnabled(true);
-    qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
-}
-
-// Hands the next window that up finds to answer once it is up: a modal exec() or a popup's
-// returns only when answer closes it.
-inline void answer_next(QWidget* (*up)(), std::function<void(QWidget*)> answer) {
-    auto* poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, up, answer]() {
-        QWidget* window = up();
-        if (window == nullptr)
-            return;
-        poll->stop();
-        poll->deleteLater();
-        answer(window);
-    });
-    poll->start(0);
-}
-
-// An unlabelled one-name button: a plain square of its colour.
-inline buttonAttributes square(const QString& name, const QPoint& pos, QRgb colour, int size = 20) {
-    buttonAttributes att;
-    att.pos = pos;
-    att.size = size;
-    att.color = colour;
-    att.tcolor = 0xFF000000;
-    att.sel = QStringList{name};
-    return att;
-}
 
 class picker_session {
 public:
@@ -114,14 +82,11 @@ public:
 
     // Opens a picker file holding the buttons, as "Open..." would, in a tab of its own.
     void open(const button_att_list& buttons, const QString& title = "rig"_q) {
-        picker_tab_record tab;
-        tab.title = title;
-        tab.buttons = buttons;
-        open(tab);
+        open({title, QString(), QByteArray(), buttons});
     }
-    void open(const picker_tab_record& tab) {
+    void open(const laid_tab& tab) {
         const QString path = dir_.filePath(tab.title + ".pkr"_q);
-        writeBytes(path, pickerFileBytes(tab));
+        writeBytes(path, laid_file(tab));
         host.executeCommand("TalvoraPicker open \"%1\""_q.arg(path));
         settle();
     }
@@ -248,11 +213,13 @@ public:
     }
 
     // The tabs the scene holds now.
+    QByteArray storedBytes() const {
+        return qUncompress(
+            QByteArray::fromBase64(host.fileInfo(QLatin1String(picker_scene_data_key)).toLatin1()));
+    }
     picker_tab_set stored() const {
         picker_tab_set set;
-        const QByteArray data = qUncompress(
-            QByteArray::fromBase64(host.fileInfo(QLatin1String(picker_scene_data_key)).toLatin1()));
-        QDataStream stream(data);
+        QDataStream stream(storedBytes());
         readTabStream(stream, set);
         return set;
     }

@@ -1,4 +1,4 @@
-#include "../core/picker_test_vectors.h"
+#include "../support/picker_test_vectors.h"
 #include "picker_file.h"
 #include "picker_json.h"
 #include "picker_maya_ascii.h"
@@ -15,7 +15,6 @@
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 #include <memory>
 
@@ -25,25 +24,18 @@ using namespace picker_test_vectors;
 // scenes spelled out field by field.
 namespace {
 
-// A short ASCII QString as the stream writes it: byte length, then UTF-16BE.
-QByteArray utf16(const char* ascii) {
-    QByteArray bytes = hex("00000000");
-    bytes[3] = char(qstrlen(ascii) * 2);
-    for (const char* c = ascii; *c; ++c)
-        bytes.append('\0').append(*c);
-    return bytes;
-}
-
-// Version 4, title "Rig", empty key: selection button "Body" at (5, 6) size 10 in 0xFFB22222
-// with three names, then MEL command button "Hand" at (30, 6) holding the script.
+// Title "Rig", no key: selection button "Body" at (5, 6) size 10 in 0xFFB22222 with three
+// names, then MEL command button "Hand" at (30, 6) holding the script, labelled in black:
+// smoothed glyph edges then blend no grey that a lit button shows.
 QByteArray fileWithNames(const char* arm, const char* other, const char* leg, const char* script) {
-    return hex("00000004 00000006 005200690067 00000000 00000002"
-               "00000000 00000005 00000006 0000000a 00000000 00000000 ffb22222 ff000000"
-               "00000008 0042006f00640079 00000003") +
-           utf16(arm) + utf16(other) + utf16(leg) +
-           hex("00000001 0000001e 00000006 0000000a 00000001 00000000 ff505050 ffffffff"
-               "00000008 00480061006e0064 00000001") +
-           utf16(script);
+    buttonAttributes body =
+        button({QString::fromUtf8(arm), QString::fromUtf8(other), QString::fromUtf8(leg)}, {5, 6},
+               10, 0xFFB22222);
+    body.label = "Body"_q;
+    buttonAttributes hand =
+        button({QString::fromUtf8(script)}, {30, 6}, 10, 0xFF505050, buttonAttributes::Command);
+    hand.label = "Hand"_q;
+    return laid_file({"Rig"_q, QString(), QByteArray(), {body, hand}});
 }
 
 struct run_result {
@@ -78,17 +70,10 @@ QByteArray picker(const QByteArray& buttons) {
 
 // Tab stream, format 4: empty tabs with the given titles, the first current.
 QByteArray tabsTitled(const QStringList& titles) {
-    QByteArray bytes = hex("00000004") + QByteArray(4, '\0') + hex("00000000");
-    qToBigEndian<qint32>(qint32(titles.size()), bytes.data() + 4);
-    for (int i = 0; i < titles.size(); ++i) {
-        QByteArray tab(8, '\0');
-        qToBigEndian<qint32>(i, tab.data());
-        qToBigEndian<qint32>(qint32(titles.at(i).size() * 2), tab.data() + 4);
-        for (const QChar c : titles.at(i))
-            tab += char(c.unicode() >> 8) + QByteArray(1, char(c.unicode() & 0xff));
-        bytes += tab + hex("ffffffff 00000000");
-    }
-    return bytes;
+    QList<laid_tab> tabs;
+    for (const QString& title : titles)
+        tabs << laid_tab{title, QString(), QByteArray(), {}};
+    return laid_tabs(tabs);
 }
 
 // A scene storing the tab stream as the window stores it.
@@ -171,8 +156,7 @@ private slots:
                                "\"sel\": [\"n\"]}]}",
                                tab),
             QString());
-        QCOMPARE(tab.buttons.at(0),
-                 makeButton(QPoint(1, 2), 3, 0, 0, 0xFF123456, 0xFF000000, QString(), {"n"_q}));
+        QCOMPARE(tab.buttons.at(0), button({"n"_q}, QPoint(1, 2), 3, 0xFF123456));
     }
 
     void badDescriptionSaysWhere_data() {
@@ -191,6 +175,9 @@ private slots:
         // The second button has no name: the path points at it.
         QTest::newRow("no names") << picker(button(black, "[\"n\"]") + ", " + button(black, "[]"))
                                   << "buttons[1].sel: a button needs at least one name or a script";
+        QTest::newRow("colour")
+            << picker(button("\"color\": \"red\", \"tcolor\": \"#FF000000\"", "[\"n\"]"))
+            << "buttons[0].color: expected a colour \"#AARRGGBB\" or \"#RRGGBB\"";
         QTest::newRow("a command button's label colour")
             << picker("{\"pos\": [1, 2], \"size\": 3, \"type\": \"command\", \"color\": "
                       "\"#FF000000\", "
@@ -201,8 +188,13 @@ private slots:
     void badDescriptionSaysWhere() {
         QFETCH(QByteArray, json);
         QFETCH(QString, error);
-        picker_tab_record tab;
-        QCOMPARE(pickerFromJsonText(json, tab), error);
+        write("desc.json", json);
+        write("out.pkr", tinyPng());
+        const run_result result = run("build desc.json -o out.pkr"_q);
+        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(QString::fromUtf8(result.err),
+                 "pkrtool: 'desc.json' is not a picker description: %1\n"_q.arg(error));
+        QCOMPARE(read("out.pkr"), tinyPng());
     }
 
     void pngLayout_data() {
@@ -310,12 +302,10 @@ private slots:
                                       "middle of button 1";
         QTest::newRow("JSON is not a picker file")
             << "info desc.json" << 1 << "'desc.json' is not a picker file";
-        QTest::newRow("bad description, output kept")
-            << "build desc.json -o out.pkr" << 1
-            << "'desc.json' is not a picker description: buttons[0].color: expected a colour "
-               "\"#AARRGGBB\" or \"#RRGGBB\"";
         QTest::newRow("unknown option") << "dump -x a.pkr" << 2 << "unexpected argument '-x'";
         QTest::newRow("unknown command") << "frob a.pkr" << 2 << "unknown command 'frob'";
+        QTest::newRow("render at no scale") << "render good.pkr -o out.png --scale 0" << 2
+                                            << "--scale wants a number from 0.25 to 8";
         QTest::newRow("dump over its input")
             << "dump good.pkr -o ./good.pkr" << 2
             << "-o names the input file 'good.pkr', which dump would overwrite with its output";
@@ -616,18 +606,24 @@ private slots:
         QTest::addColumn<QRgb>("hidden");
         QTest::addColumn<bool>("framedOnAll");
         QTest::addColumn<QByteArray>("err");
+        QTest::addColumn<QSize>("pixels");
 
+        const QSize window(200, 100);
         const QRgb red = qRgb(0xB2, 0x22, 0x22);
         const QRgb lit = qRgb(224, 224, 224);
-        QTest::newRow("nothing lit") << QString() << red << lit << true << QByteArray();
-        QTest::newRow("all names lit") << "--select a b c" << lit << red << true << QByteArray();
+        QTest::newRow("nothing lit") << QString() << red << lit << true << QByteArray() << window;
+        QTest::newRow("all names lit")
+            << "--select a b c" << lit << red << true << QByteArray() << window;
         QTest::newRow("names one by one")
-            << "--select a --select b --select=c" << lit << red << true << QByteArray();
+            << "--select a --select b --select=c" << lit << red << true << QByteArray() << window;
         QTest::newRow("one name lit, names no button holds reported")
             << "--select b nobody" << qRgb(128, 128, 128) << red << true
-            << QByteArray("pkrtool: warning: no button holds nobody\n");
+            << QByteArray("pkrtool: warning: no button holds nobody\n") << window;
         QTest::newRow("framed on the lit buttons when asked")
-            << "--select a b c --frame-selection" << lit << red << false << QByteArray();
+            << "--select a b c --frame-selection" << lit << red << false << QByteArray() << window;
+        QTest::newRow("a screen of device pixel ratio 1.5, framed the same")
+            << "--scale 1.5 --select a b c" << lit << red << true << QByteArray()
+            << QSize(300, 150);
     }
 
     void render() {
@@ -636,6 +632,7 @@ private slots:
         QFETCH(QRgb, hidden);
         QFETCH(bool, framedOnAll);
         QFETCH(QByteArray, err);
+        QFETCH(QSize, pixels);
         write("rig.pkr", fileWithNames("a", "b", "c", "select -cl;"));
 
         const QByteArray plain = run("render rig.pkr -o plain.png --size 200x100"_q).out;
@@ -644,10 +641,11 @@ private slots:
         QCOMPARE(result.exitCode, 0);
         const QByteArray zoom = result.out.mid(result.out.indexOf(", zoom "));
         QCOMPARE(zoom == plain.mid(plain.indexOf(", zoom ")), framedOnAll);
-        QVERIFY(result.out.startsWith("rig.png: 200 x 100, zoom "));
+        QVERIFY(result.out.startsWith(
+            "rig.png: %1 x %2, zoom "_q.arg(pixels.width()).arg(pixels.height()).toUtf8()));
         QImage image;
         QVERIFY(image.loadFromData(read("rig.png"), "PNG"));
-        QCOMPARE(image.size(), QSize(200, 100));
+        QCOMPARE(image.size(), pixels);
         QCOMPARE(image.pixel(0, 0), qRgb(51, 51, 51));
         QSet<QRgb> colours;
         for (int y = 0; y < image.height(); ++y)

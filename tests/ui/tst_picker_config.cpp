@@ -1,6 +1,6 @@
+#include "../support/picker_test_kit.h"
 #include "picker_config.h"
 #include "picker_window.h"
-#include "ui_test_support.h"
 
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -82,7 +82,8 @@ private slots:
         // Everything the File menu holds after "Exit Picker", separators written as "-".
         QStringList entries;
         bool past = false;
-        const QList<QAction*> actions = menu_of(window, 0)->actions();
+        const QList<QAction*> actions =
+            window.findChild<QMenuBar*>()->actions().at(0)->menu()->actions();
         for (const QAction* action : actions) {
             if (past)
                 entries.append(action->isSeparator() ? QStringLiteral("-") : action->text());

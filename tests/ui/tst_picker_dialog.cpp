@@ -1,10 +1,10 @@
-#include "../core/picker_test_vectors.h"
+#include "../support/picker_test_kit.h"
+#include "../support/picker_test_vectors.h"
 #include "picker_dialog.h"
 #include "picker_embedded_host.h"
 #include "picker_main.h"
 #include "picker_view.h"
 #include "picker_window.h"
-#include "ui_test_support.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -18,6 +18,8 @@
 #include <memory>
 
 using namespace picker_test_vectors;
+
+using namespace picker_test_kit;
 
 namespace {
 
@@ -121,7 +123,7 @@ private slots:
         pick_from_next_popup(existing ? "Edit Command Button..."_q : "Add Command Button..."_q);
         bool nameFocused = false;
         bool okWithoutScript = true;
-        answer_next_dialog([&](QWidget* dialog) {
+        answer_next(&QApplication::activeModalWidget, [&](QWidget* dialog) {
             // Typing goes to the name at once; OK waits for a script.
             nameFocused = dialog->focusWidget() == dialog->findChild<QLineEdit*>();
             dialog->findChild<QTextEdit*>()->clear();
@@ -168,7 +170,7 @@ private slots:
     void name_limit() {
         buttonAttributes att =
             command_button(buttonAttributes::Mel, QString(127, QLatin1Char('n')), {"s"_q});
-        answer_next_dialog([&](QWidget* dialog) {
+        answer_next(&QApplication::activeModalWidget, [&](QWidget* dialog) {
             auto* name = dialog->findChild<QLineEdit*>();
             name->setFocus();
             name->end(false);
@@ -195,7 +197,7 @@ private slots:
             settings.setValue(pos_key, stored.topLeft());
         settings.sync();
         QRect seen;
-        answer_next_dialog([&](QWidget* dialog) {
+        answer_next(&QApplication::activeModalWidget, [&](QWidget* dialog) {
             seen = QRect(dialog->pos(), dialog->size());
             dialog->resize(503, 471);
             dialog->move(41, 37);
@@ -219,7 +221,7 @@ private slots:
         buttonAttributes att = command_button(7, "L"_q, {"first"_q, "second"_q});
         bool checked = true;
         QString commandSeen;
-        answer_next_dialog([&](QWidget* dialog) {
+        answer_next(&QApplication::activeModalWidget, [&](QWidget* dialog) {
             checked = titled<QRadioButton>(dialog, "MEL"_q)->isChecked() ||
                       titled<QRadioButton>(dialog, "Python"_q)->isChecked();
             auto* command = dialog->findChild<QTextEdit*>();

@@ -1,15 +1,17 @@
+#include "../support/picker_test_kit.h"
 #include "picker_arrange_cmd.h"
 #include "picker_field_cmd.h"
-#include "ui_test_support.h"
 
 #include <QSignalSpy>
 #include <QTest>
+
+using namespace picker_test_kit;
 
 namespace {
 
 // Each button its own colour, so that undo must give every one back its own.
 buttonAttributes plain_button(int i, const QPoint& pos) {
-    buttonAttributes att = button_at(pos, {QStringLiteral("n%1").arg(i)});
+    buttonAttributes att = button({QStringLiteral("n%1").arg(i)}, pos, 10);
     att.color = 0xFF000000u + unsigned(i);
     return att;
 }
@@ -177,56 +179,6 @@ private slots:
 
         tab.undoer()->redo();
         QCOMPARE(attributes_of(tab), kept);
-    }
-
-    void paste_places_and_selects_data() {
-        QTest::addColumn<point_list>("pasted");
-        QTest::addColumn<bool>("inplace");
-        QTest::addColumn<point_list>("placed");
-
-        // The canvas shows picker (99, 49) at its centre.
-        const point_list group{{10, 10}, {30, 20}, {20, 40}};
-        QTest::newRow("in place") << group << true << group;
-        // Position bounds (10, 10)-(30, 40), centre (20, 25): offset (79, 24).
-        QTest::newRow("centred") << group << false << point_list{{89, 34}, {109, 44}, {99, 64}};
-    }
-
-    void paste_places_and_selects() {
-        QFETCH(point_list, pasted);
-        QFETCH(bool, inplace);
-        QFETCH(point_list, placed);
-
-        picker_tab tab;
-        fill(tab, point_list(2));
-        light(tab, {0});
-        button_att_list clip;
-        for (const QPoint& pos : pasted)
-            clip.append(plain_button(7, pos));
-
-        tab.undoer()->push(
-            new paste_buttons_cmd(&tab, clip, inplace, {QPoint(99, 49), QRect(0, 0, 200, 100)}));
-
-        QCOMPARE(positions(tab).mid(2), placed);
-        QCOMPARE(lit_states(tab), (QList<qint16>{0, 0, 1, 1, 1}));
-        tab.undoer()->undo();
-        QCOMPARE(lit_states(tab), (QList<qint16>{0, 0}));
-    }
-
-    void update_swaps_names() {
-        picker_tab tab;
-        fill(tab, point_list(3));
-        const QStringList rebound{QStringLiteral("x"), QStringLiteral("y")};
-        tab.mirror()->setNames(rebound);
-
-        tab.undoer()->push(new update_buttons_cmd(&tab, 1, rebound));
-        const buttonRecord& button = tab.buttons().at(1);
-        QCOMPARE(button.att.sel, rebound);
-        QCOMPARE(button.which, (sel_list{1, 1}));
-        QCOMPARE(int(button.selected), int(buttonRecord::All));
-
-        tab.undoer()->undo();
-        QCOMPARE(tab.buttons().at(1).att.sel, QStringList{QStringLiteral("n1")});
-        QCOMPARE(int(tab.buttons().at(1).selected), int(buttonRecord::None));
     }
 
     void arrange_data() {

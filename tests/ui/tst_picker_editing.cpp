@@ -1,12 +1,17 @@
 #include "../support/picker_session.h"
 
+#include <QBitmap>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QCursor>
 #include <QDialogButtonBox>
 #include <QDoubleSpinBox>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QProcess>
 #include <QPushButton>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -34,12 +39,15 @@ const QPoint chest(240, 160);
 const QPoint hands(60, 200);
 const QPoint empty(300, 250);
 
+const QString button_format = "application/x-qt-picker-mime;value=\"buttons\""_q;
+
 // Listed out of their left-to-right and top-to-bottom order, so arranging re-orders them.
 button_att_list rig() {
-    buttonAttributes both = square("L_hand"_q, hands, purple.rgb());
+    buttonAttributes both = button({"L_hand"_q}, hands, 20, purple.rgb());
     both.sel << "R_hand"_q;
-    return {square("head"_q, head, red.rgb()), square("neck"_q, neck, green.rgb()),
-            square("L_arm"_q, arm, blue.rgb()), square("chest"_q, chest, yellow.rgb(), 10), both};
+    return {button({"head"_q}, head, 20, red.rgb()), button({"neck"_q}, neck, 20, green.rgb()),
+            button({"L_arm"_q}, arm, 20, blue.rgb()), button({"chest"_q}, chest, 10, yellow.rgb()),
+            both};
 }
 
 QStringList tab_titles(const picker_session& session) {
@@ -67,6 +75,14 @@ QList<QStringList> stored_names(const picker_session& session, int tab) {
     for (const buttonAttributes& att : session.stored().tabs.value(tab).buttons)
         names << att.sel;
     return names;
+}
+
+QBitmap bitmap_of(const QCursor& cursor, bool mask) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return mask ? cursor.mask() : cursor.bitmap();
+#else
+    return mask ? cursor.mask(Qt::ReturnByValue) : cursor.bitmap(Qt::ReturnByValue);
+#endif
 }
 
 QList<QPoint> stored_positions(const picker_session& session) {
@@ -111,7 +127,10 @@ private slots:
         check({{head, red}, {neck, green}, {arm, blue}, {hands, purple}});
     }
 
-    void cleanup() { session_.reset(); }
+    void cleanup() {
+        session_.reset();
+        QApplication::clipboard()->clear();
+    }
 
     void undo_of_an_arrangement_puts_each_button_back_data() {
         QTest::addColumn<QString>("entry");
@@ -212,6 +231,16 @@ private slots:
         QTest::newRow("copy, delete, paste")
             << QVector<int>{ctrl | Qt::Key_C, Qt::Key_Delete, ctrl | Qt::Key_V}
             << probes{{neck, canvas}};
+        // The neck spans 50 to 69.
+        QTest::newRow("equal twice grows")
+            << QVector<int>{Qt::Key_Equal, Qt::Key_Equal} << probes{{{49, 100}, lit}};
+        // Two steps: undo leaves the scene modified, so only the stack's index says redo is there.
+        QTest::newRow("left arrow, grow, undo, redo")
+            << QVector<int>{Qt::Key_Left, Qt::Key_Equal, Qt::Key_Equal, ctrl | Qt::Key_Z,
+                            ctrl | Qt::Key_Z | Qt::SHIFT}
+            << probes{{{48, 100}, lit}, {{70, 100}, canvas}};
+        QTest::newRow("left arrow moves")
+            << QVector<int>{Qt::Key_Left} << probes{{{69, 100}, canvas}, {{49, 100}, lit}};
         // The copy a grid step down and right, lit in the original's place.
         const QPoint copyOnly = neck + QPoint(18, 18);
         const QPoint originalOnly = neck - QPoint(8, 8);
@@ -265,8 +294,118 @@ private slots:
         QTest::mouseMove(window, session_->at(empty));
         QTest::keyPress(window, Qt::Key_Control, Qt::ControlModifier);
         QCOMPARE(shown(), Qt::BitmapCursor);
+        // Row 10 of the edit cursor: black inside, a white rim, clear beyond.
+        const QCursor cursor =
+            QApplication::widgetAt(session_->dock()->mapToGlobal(session_->at(empty)))->cursor();
+        QCOMPARE(cursor.hotSpot(), QPoint(1, 1));
+        const QImage shape = bitmap_of(cursor, false).toImage();
+        const QImage mask = bitmap_of(cursor, true).toImage();
+        QCOMPARE(QColor(shape.pixel(5, 10)), QColor(Qt::black));
+        QCOMPARE(QColor(shape.pixel(2, 10)), QColor(Qt::white));
+        QCOMPARE(QColor(mask.pixel(2, 10)), QColor(Qt::black));
+        QCOMPARE(QColor(mask.pixel(12, 10)), QColor(Qt::white));
         QTest::keyRelease(window, Qt::Key_Control, Qt::NoModifier);
         QCOMPARE(shown(), Qt::ArrowCursor);
+    }
+
+    // Copy with nothing lit leaves the clipboard alone; a cut puts the button there, and its
+    // undo leaves it there.
+    void cut_puts_the_button_on_the_clipboard() {
+        QClipboard* clipboard = QApplication::clipboard();
+        clipboard->setText("kept"_q);
+        session_->key(Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(clipboard->text(), "kept"_q);
+
+        session_->click(neck, Qt::ControlModifier);
+        session_->key(Qt::Key_X, Qt::ControlModifier);
+        // Format 1, one record: index 0 in the list, pos (60, 100), size 20, selection, MEL, green
+        // on black, no label, names "neck".
+        const QByteArray expected =
+            hex("00000001 00000001"
+                "00000000 0000003c 00000064 00000014 00000000 00000000"
+                "ff1ea01e ff000000 ffffffff 00000001 00000008 006e00650063006b");
+        QCOMPARE(clipboard->mimeData()->formats(), QStringList{button_format});
+        QCOMPARE(clipboard->mimeData()->data(button_format), expected);
+        session_->key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(clipboard->mimeData()->data(button_format), expected);
+    }
+
+    // Paste in Place takes the button list format only, and leaves the clipboard as it was.
+    void paste_in_place_data() {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("steps");
+        QTest::addColumn<QList<QStringList>>("added");
+        QTest::newRow("text only")
+            << "text/plain"_q << QByteArray("a:b") << 0 << QList<QStringList>();
+        QTest::newRow("list format 2")
+            << button_format << hex("00000002 00000000") << 1 << QList<QStringList>();
+        QTest::newRow("two buttons")
+            << button_format << hex("00000001 00000002") + selectionRecord() + commandRecord() << 1
+            << QList<QStringList>{selectionButton().sel, commandButton().sel};
+    }
+
+    void paste_in_place() {
+        QFETCH(QString, format);
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, steps);
+        QFETCH(QList<QStringList>, added);
+        auto mime = std::make_unique<QMimeData>();
+        mime->setData(format, bytes);
+        QApplication::clipboard()->setMimeData(mime.release());
+        session_->settle();
+        session_->menu("&Edit"_q, "Paste in Place"_q);
+        QCOMPARE(session_->front()->tab()->undoer()->count(), steps);
+        QCOMPARE(stored_names(*session_, 1).mid(5), added);
+        QCOMPARE(QApplication::clipboard()->mimeData()->data(format), bytes);
+        // The pasted command button shows picked for editing: its blue lightened.
+        if (!added.isEmpty())
+            check({{QPoint(93, 43), QColor(61, 61, 255)}});
+    }
+
+    void rename_tab_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("new name") << "Arms"_q
+                                  << "Arms"_q;
+        QTest::newRow("empty keeps the name") << QString() << "rig"_q;
+    }
+
+    void rename_tab() {
+        QFETCH(QString, typed);
+        QFETCH(QString, expected);
+        QString shown;
+        answer_next(&QApplication::activeModalWidget, [&](QWidget* dialog) {
+            auto* input = qobject_cast<QInputDialog*>(dialog);
+            QVERIFY(input != nullptr);
+            shown = input->labelText() + QLatin1Char('=') + input->textValue();
+            input->setTextValue(typed);
+            input->accept();
+        });
+        session_->menu("&File"_q, "Rename Tab..."_q);
+        QCOMPARE(shown, "Name=rig"_q);
+        QCOMPARE(tab_titles(*session_), (QStringList{"Untitled"_q, expected}));
+    }
+
+    // Ctrl+W asks first; Cancel keeps the tab, Ok closes it; an empty tab goes without a question.
+    void closing_a_tab_asks_first() {
+        const QString question =
+            "Are you sure you want to close the tab \"rig\"?\n\nAll changes will be lost."_q;
+        for (const QMessageBox::StandardButton answer : {QMessageBox::Cancel, QMessageBox::Ok}) {
+            QString asked;
+            answer_next(&QApplication::activeModalWidget, [&asked, answer](QWidget* dialog) {
+                auto* box = qobject_cast<QMessageBox*>(dialog);
+                QVERIFY(box != nullptr);
+                asked = box->text();
+                box->button(answer)->click();
+            });
+            session_->key(Qt::Key_W, Qt::ControlModifier);
+            QCOMPARE(asked, question);
+            QCOMPARE(tab_titles(*session_).size(), answer == QMessageBox::Ok ? 1 : 2);
+            QVERIFY(session_->activate());
+        }
+        session_->key(Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(tab_titles(*session_), QStringList());
     }
 
     // A partly lit button counts as selected: Shift-click lets it go, Control-click keeps it,
@@ -296,31 +435,159 @@ private slots:
         check({{hands, shown == canvas ? purple : shown}});
     }
 
-    void arrange_entries_have_icons() {
-        QStringList missing;
-        answer_next(&QApplication::activePopupWidget, [&missing](QWidget* popup) {
+    // A left click or band picks in the host, where the chest is selected already.
+    void clicks_and_bands_pick_data() {
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QVector<QPoint>>("path");
+        QTest::addColumn<QStringList>("hostSelection");
+        QTest::addColumn<probes>("expected");
+
+        const int shift = int(Qt::ShiftModifier);
+        const QPoint band(40, 60);
+        QTest::newRow("click") << 0 << QVector<QPoint>{neck} << words("neck")
+                               << probes{{neck, lit}, {chest, yellow}};
+        QTest::newRow("Shift-click adds")
+            << shift << QVector<QPoint>{neck} << words("chest neck") << probes{{neck, lit}};
+        QTest::newRow("Shift-click lets go")
+            << shift << QVector<QPoint>{chest} << QStringList() << probes{{chest, yellow}};
+        QTest::newRow("click on the canvas")
+            << 0 << QVector<QPoint>{empty} << QStringList() << probes{{chest, yellow}};
+        QTest::newRow("band") << 0 << QVector<QPoint>{band, QPoint(135, 115)} << words("neck L_arm")
+                              << probes{{neck, lit}, {arm, lit}};
+        QTest::newRow("Shift band grows, then shrinks")
+            << shift << QVector<QPoint>{band, QPoint(135, 115), QPoint(75, 115)}
+            << words("chest neck") << probes{{neck, lit}, {arm, blue}};
+    }
+
+    void clicks_and_bands_pick() {
+        QFETCH(int, modifiers);
+        QFETCH(QVector<QPoint>, path);
+        QFETCH(QStringList, hostSelection);
+        QFETCH(probes, expected);
+        QVERIFY(session_->host.executeCommand("select -r \"chest\""_q));
+        session_->settle();
+        session_->drag(path, Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(session_->host.selection(), hostSelection);
+        check(expected);
+        QCOMPARE(session_->front()->tab()->undoer()->count(), 0);
+    }
+
+    // A command button runs when released over it; Control-click picks it for editing instead.
+    void a_command_button_runs_on_release_over_it_data() {
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QPoint>("release");
+        QTest::addColumn<QStringList>("ran");
+        QTest::newRow("released over it") << 0 << QPoint(108, 100) << words("hi");
+        QTest::newRow("released outside") << 0 << QPoint(140, 100) << QStringList();
+        QTest::newRow("Control-click")
+            << int(Qt::ControlModifier) << QPoint(100, 100) << QStringList();
+    }
+
+    void a_command_button_runs_on_release_over_it() {
+        QFETCH(int, modifiers);
+        QFETCH(QPoint, release);
+        QFETCH(QStringList, ran);
+        const buttonAttributes command =
+            button({"print \"hi\""_q}, QPoint(100, 100), 20, red.rgb(), buttonAttributes::Command);
+        session_->open({command}, "commands"_q);
+        session_->host.clearScriptLog();
+        QWindow* window = session_->window();
+        const auto keys = Qt::KeyboardModifiers(modifiers);
+        QTest::mousePress(window, Qt::LeftButton, keys, session_->at(QPoint(100, 100)));
+        // Held, it shows pressed; it lets go when the pointer leaves it.
+        QCOMPARE(session_->pixel(QPoint(100, 100)), QColor(red.lighter(150).rgb()));
+        QTest::mouseMove(window, session_->at(release));
+        QTest::mouseRelease(window, Qt::LeftButton, keys, session_->at(release));
+        session_->settle();
+        QCOMPARE(session_->host.scriptLog(), ran);
+        QCOMPARE(session_->pixel(QPoint(100, 100)),
+                 modifiers != 0 ? QColor(red.lighter(150).rgb()) : red);
+    }
+
+    // The context menu offers what applies where it opens, in menu order, arranging with icons.
+    void the_context_menu_offers_what_applies_data() {
+        QTest::addColumn<QPoint>("at");
+        QTest::addColumn<QString>("hostSelection");
+        QTest::addColumn<QStringList>("enabled");
+        const QString add = "Add Command Button..."_q;
+        QTest::newRow("canvas, nothing selected") << empty << QString() << QStringList{add};
+        QTest::newRow("selection button, nodes selected")
+            << head << "select -r \"neck\""_q
+            << QStringList{"Add One Button"_q, "Add Many Buttons"_q, "Update Button"_q,
+                           "Delete Button"_q, add};
+    }
+
+    void the_context_menu_offers_what_applies() {
+        QFETCH(QPoint, at);
+        QFETCH(QString, hostSelection);
+        QFETCH(QStringList, enabled);
+        if (!hostSelection.isEmpty())
+            QVERIFY(session_->host.executeCommand(hostSelection));
+        session_->settle();
+        QStringList shown;
+        QStringList withoutIcon;
+        answer_next(&QApplication::activePopupWidget, [&](QWidget* popup) {
+            bool buttonEntries = true;
+            for (const QAction* action : popup->actions()) {
+                buttonEntries = buttonEntries && action->text() != QLatin1String("Reset View");
+                if (buttonEntries && action->isEnabled() && !action->isSeparator())
+                    shown << action->text();
+            }
             for (const QAction* action : popup->findChildren<QAction*>()) {
-                if (action->text().startsWith(QLatin1String("Align")) ||
-                    action->text().startsWith(QLatin1String("Distribute"))) {
-                    if (action->icon().pixmap(16).isNull())
-                        missing << action->text();
-                }
+                if ((action->text().startsWith(QLatin1String("Align")) ||
+                     action->text().startsWith(QLatin1String("Distribute"))) &&
+                    action->icon().pixmap(16).isNull())
+                    withoutIcon << action->text();
             }
             popup->close();
         });
-        session_->click(empty, Qt::NoModifier, Qt::RightButton);
-        QVERIFY2(missing.isEmpty(), qPrintable(missing.join(", "_q)));
+        session_->click(at, Qt::NoModifier, Qt::RightButton);
+        QCOMPARE(shown, enabled);
+        QVERIFY2(withoutIcon.isEmpty(), qPrintable(withoutIcon.join(", "_q)));
+    }
+
+    // Alt and the right button zoom about the press: 40 pixels up is one step out.
+    void alt_right_drag_zooms_data() {
+        QTest::addColumn<QPoint>("move");
+        QTest::addColumn<qreal>("zoom");
+        QTest::newRow("39 right") << QPoint(39, 0) << qreal(1);
+        QTest::newRow("40 up") << QPoint(0, -40) << qreal(0.9375);
+        QTest::newRow("60 down") << QPoint(0, 60) << qreal(1.0625 * 1.0625);
+    }
+
+    void alt_right_drag_zooms() {
+        QFETCH(QPoint, move);
+        QFETCH(qreal, zoom);
+        picker_view* view = session_->front();
+        view->setZoom(1.0f, QPoint(0, 0));
+        QWindow* window = session_->window();
+        const QPoint press = session_->at(arm);
+        QTest::mousePress(window, Qt::RightButton, Qt::AltModifier, press);
+        QTest::mouseMove(window, press + QPoint(1, 1));
+        QTest::mouseMove(window, press + move);
+        QTest::mouseRelease(window, Qt::RightButton, Qt::AltModifier, press + move);
+        session_->settle();
+        QCOMPARE(view->zoom(), zoom);
+        // The arm stays under the press, and its first blue pixel from the left picks it.
+        QCOMPARE(session_->pixel(arm), blue);
+        const QImage shown = session_->dock()->grab().toImage();
+        QPoint edge = session_->at(arm);
+        while (shown.pixelColor(edge - QPoint(1, 0)) == blue)
+            edge -= QPoint(1, 0);
+        QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier, edge);
+        session_->settle();
+        QCOMPARE(session_->host.selection(), words("L_arm"));
     }
 
     // Change Background asks for one image; cancelled, it asks whether to remove the current one,
     // and Enter keeps it.
     void background_questions_default_to_keeping_it() {
-        picker_tab_record tab;
+        laid_tab tab;
         tab.title = "backdrop"_q;
         QImage image(400, 300, QImage::Format_RGB32);
         image.fill(backdrop);
-        tab.backgroundKey = "1"_q;
-        tab.backgroundPng = pngOf(image);
+        tab.key = "1"_q;
+        tab.png = pngOf(image);
         tab.buttons = rig();
         session_->open(tab);
         check({{empty, backdrop}});
@@ -352,6 +619,36 @@ private slots:
                                     .button(QMessageBox::Cancel)
                                     ->text());
         check({{empty, backdrop}});
+    }
+
+    // Change Background puts the chosen picture behind the buttons; cancelled, it asks whether
+    // to remove the one there.
+    void change_background_data() {
+        QTest::addColumn<bool>("chooseFile");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QColor>("behind");
+        QTest::newRow("replaced image") << true << int(QMessageBox::NoButton) << blue;
+        QTest::newRow("cancel, remove") << false << int(QMessageBox::Yes) << canvas;
+        QTest::newRow("cancel, keep") << false << int(QMessageBox::Cancel) << backdrop;
+    }
+
+    void change_background() {
+        QFETCH(bool, chooseFile);
+        QFETCH(int, answer);
+        QFETCH(QColor, behind);
+        QImage image(400, 300, QImage::Format_RGB32);
+        image.fill(backdrop);
+        session_->open({"backdrop"_q, "1"_q, pngOf(image), rig()});
+        const QString file = session_->path("back.png"_q);
+        image.fill(blue);
+        QVERIFY(image.save(file));
+        scripted_prompts prompts;
+        if (chooseFile)
+            prompts.files << QStringList{file};
+        prompts.answers << QMessageBox::StandardButton(answer);
+        session_->menu("&Picker"_q, "Change Background..."_q);
+        QCOMPARE(prompts.messages.size(), chooseFile ? 0 : 1);
+        check({{empty, behind}, {head, red}});
     }
 
     // Without a browser to open them, the links under the canvas show their page in the picker.
@@ -403,22 +700,33 @@ private slots:
     // and adds them as one step.
     void add_many_data() {
         QTest::addColumn<QString>("placing");
+        QTest::addColumn<QVector<QPoint>>("path");
         QTest::addColumn<QList<QStringList>>("added");
+        QTest::addColumn<QList<QPoint>>("placed");
         const QList<QStringList> both{{"L_arm"_q}, {"chest"_q}};
-        QTest::newRow("left press") << "left"_q << both;
-        QTest::newRow("right press cancels") << "right"_q << QList<QStringList>();
-        QTest::newRow("Esc cancels") << "escape"_q << QList<QStringList>();
+        const QPoint place(300, 320);
+        QTest::newRow("left press: a row, turned up")
+            << "left"_q << QVector<QPoint>{place} << both << QList<QPoint>{place, {300, 310}};
+        QTest::newRow("dragged down, the small sideways part kept")
+            << "left"_q << QVector<QPoint>{{200, 150}, {230, 150}, {203, 240}} << both
+            << QList<QPoint>{{200, 150}, {201, 195}};
+        QTest::newRow("right press cancels")
+            << "right"_q << QVector<QPoint>{place} << QList<QStringList>() << QList<QPoint>();
+        QTest::newRow("Esc cancels")
+            << "escape"_q << QVector<QPoint>{place} << QList<QStringList>() << QList<QPoint>();
     }
 
     void add_many() {
         QFETCH(QString, placing);
+        QFETCH(QVector<QPoint>, path);
         QFETCH(QList<QStringList>, added);
+        QFETCH(QList<QPoint>, placed);
         QVERIFY(session_->host.executeCommand("select -r \"L_arm\" \"chest\""_q));
         session_->settle();
         session_->choose(empty, "Add Many Buttons"_q);
         QVERIFY(session_->host.executeCommand("select -r \"head\""_q));
         session_->settle();
-        const QPoint place(300, 320);
+        const QPoint place = path.first();
         if (placing == QLatin1String("right")) {
             bool menuShown = false;
             answer_next(&QApplication::activePopupWidget, [&menuShown](QWidget* popup) {
@@ -431,8 +739,9 @@ private slots:
         } else if (placing == QLatin1String("escape")) {
             session_->key(Qt::Key_Escape);
         }
-        session_->click(place);
+        session_->drag(path, Qt::NoModifier);
         QCOMPARE(stored_names(*session_, 1).mid(5), added);
+        QCOMPARE(stored_positions(*session_).mid(5), placed);
         QCOMPARE(session_->front()->tab()->undoer()->count(), added.isEmpty() ? 0 : 1);
         if (!added.isEmpty()) {
             // Framed to show the whole picker, the new row in it.
@@ -456,14 +765,22 @@ private slots:
         // Nothing would change: no step.
         session_->choose(at, "Update Button"_q);
         QCOMPARE(session_->front()->tab()->undoer()->count(), 2);
+        // It lights by its new names only.
+        check({{at, lit}});
+        QVERIFY(session_->host.executeCommand("select -r \"neck\""_q));
+        session_->settle();
+        check({{at, partly_lit}});
+        QVERIFY(session_->host.executeCommand("select -r \"head\""_q));
+        session_->settle();
+        QVERIFY(session_->pixel(at) != lit && session_->pixel(at) != partly_lit);
     }
 
     // A file cut short opens with what was whole, and says what was lost.
     void a_damaged_file_says_what_was_lost() {
-        picker_tab_record tab;
+        laid_tab tab;
         tab.title = "cut"_q;
         tab.buttons = rig();
-        const QByteArray whole = pickerFileBytes(tab);
+        const QByteArray whole = laid_file(tab);
         const QString path = session_->path("cut.pkr"_q);
         QVERIFY(writeBytes(path, whole.left(whole.size() - 12)));
         QString warning;
@@ -523,11 +840,47 @@ private slots:
         QCOMPARE(session_->tabs()->count(), before + 1);
     }
 
+    // pkrtool render is the window's canvas without a window: at the same zoom and offset it
+    // draws what the picker shows, labels and the smoothed background included, to the pixel.
+    void pkrtool_render_draws_what_the_window_draws() {
+        laid_tab tab{"drawn"_q, "7"_q, QByteArray(), rig()};
+        tab.buttons[0].label = "head"_q;
+        tab.buttons[4].label = "hands"_q;
+        tab.buttons[4].tcolor = 0xFFFFFFFF;
+        QImage ramp(64, 48, QImage::Format_RGB32);
+        for (int x = 0; x < ramp.width(); ++x)
+            for (int y = 0; y < ramp.height(); ++y)
+                ramp.setPixel(x, y, qRgb(x * 4, y * 5, 120));
+        tab.png = pngOf(ramp);
+        session_->open(tab);
+        picker_view* view = session_->front();
+        view->setZoom(2.5f, QPoint(0, 0));
+        view->setShift(QPoint(0, 0));
+        const QImage shown = view->grab().toImage().convertToFormat(QImage::Format_RGB32);
+
+        QTemporaryDir dir;
+        const QString file = dir.filePath("drawn.pkr"_q);
+        QVERIFY(writeBytes(file, laid_file(tab)));
+        QProcess pkrtool;
+        pkrtool.start(QStringLiteral(PKRTOOL_PATH),
+                      {"render"_q, file, "-o"_q, dir.filePath("drawn.png"_q), "--size"_q,
+                       "%1x%2"_q.arg(view->width()).arg(view->height()), "--zoom"_q, "2.5"_q});
+        QVERIFY(pkrtool.waitForFinished(-1));
+        QCOMPARE(pkrtool.exitCode(), 0);
+        QImage drawn(dir.filePath("drawn.png"_q));
+        drawn = drawn.convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(drawn.size(), shown.size());
+        // Above the help links, which belong to the window and not to a picture of the picker.
+        const QRect picker(0, 0, shown.width(), shown.height() / 2);
+        QCOMPARE(drawn.copy(picker), shown.copy(picker));
+    }
+
     // A picker opened shows whole, never zoomed in past 1.
     void an_opened_picker_is_framed() {
         const QPoint far(1400, 1100);
-        session_->open({square("head"_q, far, red.rgb(), 40), square("neck"_q, neck, green.rgb())},
-                       "far"_q);
+        session_->open(
+            {button({"head"_q}, far, 40, red.rgb()), button({"neck"_q}, neck, 20, green.rgb())},
+            "far"_q);
         QVERIFY(session_->front()->zoom() <= 1.0);
         QVERIFY(session_->front()->rect().contains(session_->front()->mapToScreen(far)));
         check({{far, red}, {neck, green}});
@@ -536,12 +889,12 @@ private slots:
     // Reading a scene never marks it modified, and nothing the picker does for one scene is
     // written into the next.
     void scene_events_write_nothing() {
-        picker_tab_record tab;
+        laid_tab tab;
         tab.title = "backdrop"_q;
         QImage image(64, 64, QImage::Format_RGB32);
         image.fill(backdrop);
-        tab.backgroundKey = "7"_q;
-        tab.backgroundPng = pngOf(image);
+        tab.key = "7"_q;
+        tab.png = pngOf(image);
         tab.buttons = rig();
         session_->open(tab);
         picker_embedded_host& host = session_->host;

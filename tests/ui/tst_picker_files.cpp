@@ -1,55 +1,18 @@
-#include "../core/picker_test_vectors.h"
+#include "../support/picker_session.h"
 #include "picker_background_key.h"
-#include "picker_embedded_host.h"
-#include "picker_file.h"
-#include "picker_main.h"
 #include "picker_mel_quote.h"
-#include "picker_prompt.h"
-#include "picker_view.h"
-#include "picker_window.h"
-#include "ui_test_support.h"
 
 #include <QDataStream>
 #include <QDir>
 #include <QImage>
-#include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 #include <memory>
 #include <sys/resource.h>
 
-using namespace picker_test_vectors;
+using namespace picker_test_kit;
 
 namespace {
-
-// Answers the window's questions from scripts, in order, and keeps what was asked. A question
-// nobody scripted an answer for is answered with NoButton or no file.
-class scripted_prompts {
-public:
-    scripted_prompts() {
-        picker_set_message_hook([this](const picker_message& message) {
-            messages.append(message);
-            return answers.isEmpty() ? QMessageBox::NoButton : answers.takeFirst();
-        });
-        picker_set_file_hook([this](const picker_file_question& question) {
-            questions.append(question);
-            return files.isEmpty() ? QStringList() : files.takeFirst();
-        });
-    }
-    ~scripted_prompts() {
-        picker_set_message_hook(picker_message_hook());
-        picker_set_file_hook(picker_file_hook());
-    }
-    scripted_prompts(const scripted_prompts&) = delete;
-    scripted_prompts& operator=(const scripted_prompts&) = delete;
-
-    QList<QMessageBox::StandardButton> answers;
-    QList<QStringList> files;
-    QList<picker_message> messages;
-    QList<picker_file_question> questions;
-};
 
 const QString left_hand = "hero:L_hand_ctrl"_q;
 const QString right_hand = "hero:R_hand_ctrl"_q;
@@ -69,56 +32,18 @@ QRgb pixel_of(const QPixmap& pixmap, int x = 1, int y = 1) {
     return pixmap.toImage().pixel(x, y);
 }
 
-// One tab laid out field by field as version 4 has it: title, key and, under a key, the image
-// marker and PNG file, then its buttons: one selection button per list of node names, at
-// (10 b, 20), size 8.
-struct laid_tab {
-    QString title;
-    QString key;
-    QByteArray png;
-    QList<QStringList> buttons;
-};
-
-void lay_tab_body(QDataStream& out, const laid_tab& tab) {
-    out << tab.title << tab.key;
-    if (!tab.key.isEmpty()) {
-        out << qint32(tab.png.isEmpty() ? 0 : 1);
-        out.writeRawData(tab.png.constData(), static_cast<int>(tab.png.size()));
-    }
-    out << qint32(tab.buttons.size());
-    for (int b = 0; b < tab.buttons.size(); ++b) {
-        out << qint32(b) << qint32(10 * b) << qint32(20) << qint32(8) << qint32(0) << qint32(0)
-            << quint32(0xFFB22222) << quint32(0xFF000000) << QString()
-            << qint32(tab.buttons.at(b).size());
-        for (const QString& name : tab.buttons.at(b))
-            out << name;
-    }
-}
-
-QByteArray laid_file(qint32 version, const laid_tab& tab) {
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out.setVersion(7);
-    out << version;
-    lay_tab_body(out, tab);
-    return bytes;
-}
-
-QByteArray laid_tabs(qint32 version, qint32 current, const QList<laid_tab>& tabs) {
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out << version << qint32(tabs.size()) << current;
-    for (int t = 0; t < tabs.size(); ++t) {
-        out << qint32(t);
-        lay_tab_body(out, tabs.at(t));
-    }
-    return bytes;
+// Selection buttons at (10 b, 20), size 8, one per list of node names.
+button_att_list named(const QList<QStringList>& buttons) {
+    button_att_list list;
+    for (const QStringList& names : buttons)
+        list << button(names, QPoint(10 * int(list.size()), 20), 8, 0xFFB22222);
+    return list;
 }
 
 const QString untitled = "Untitled"_q;
 
 laid_tab tab_titled(const QString& title) {
-    return {title, QString(), QByteArray(), {{root}}};
+    return {title, QString(), QByteArray(), named({{root}})};
 }
 
 QString run_open(const QStringList& paths) {
@@ -148,9 +73,9 @@ const QString image_entry = "TalvoraPickerImage_"_q;
 
 // Body: (both hands) and (root); Face: (left hand) over a green picture under key 2024.
 QByteArray rig_picker(qint32 current) {
-    return laid_tabs(4, current,
-                     {{"Body"_q, QString(), QByteArray(), {{left_hand, right_hand}, {root}}},
-                      {"Face"_q, "2024"_q, png_of(Qt::green, 8), {{left_hand}}}});
+    return laid_tabs({{"Body"_q, QString(), QByteArray(), named({{left_hand, right_hand}, {root}})},
+                      {"Face"_q, "2024"_q, png_of(Qt::green, 8), named({{left_hand}})}},
+                     current);
 }
 
 } // namespace
@@ -161,64 +86,40 @@ QByteArray rig_picker(qint32 current) {
 class tst_picker_files : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<picker_embedded_host> host_;
-    std::unique_ptr<QTemporaryDir> dir_;
+    std::unique_ptr<picker_session> session_;
 
     picker_window* window() const { return dynamic_cast<picker_window*>(picker_main::window()); }
     QTabWidget* tabs() const { return window()->findChild<QTabWidget*>(); }
     picker_view* view(int index) const { return qobject_cast<picker_view*>(tabs()->widget(index)); }
     // Hands the tab stream to the picker as a scene's stored data is handed over.
     bool restore(const QByteArray& tabStream) {
-        const host_status status = host_->executeCommand("TalvoraPicker restore \"%1\""_q.arg(
-            QString::fromLatin1(qCompress(tabStream, 9).toBase64())));
-        host_->processIdle();
+        const host_status status =
+            session_->host.executeCommand("TalvoraPicker restore \"%1\""_q.arg(
+                QString::fromLatin1(qCompress(tabStream, 9).toBase64())));
+        session_->host.processIdle();
         return status.ok();
-    }
-    // The tab stream stored in the scene, raw and decoded.
-    QByteArray storedTabs() const {
-        return qUncompress(
-            QByteArray::fromBase64(host_->fileInfo("TalvoraPickerData"_q).toLatin1()));
-    }
-    picker_tab_set storedSet() const {
-        picker_tab_set set;
-        QDataStream in(storedTabs());
-        return readTabStream(in, set).ok() ? set : picker_tab_set{-1, -1, {}};
     }
     // The images of the tabs as the picker stored them in the scene when each entered it;
     // restoring a scene reads them and writes nothing.
     void storeImages() {
         for (int i = 0; i < tab_titles(*window()).size(); ++i)
             window()->setImageData(view(i)->tab());
-        host_->processIdle();
+        session_->host.processIdle();
     }
     // Queues the change's scene write, runs it and everything it queued.
     void writeScene() {
         window()->updateSceneData();
         window()->flushSceneData();
-        host_->processIdle();
+        session_->host.processIdle();
     }
 
 private slots:
-    void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
-    }
+    void initTestCase() { isolate_settings(); }
     void init() {
-        dir_ = std::make_unique<QTemporaryDir>();
-        QVERIFY(dir_->isValid());
-        host_ = std::make_unique<picker_embedded_host>();
-        QVERIFY(picker_main::initialize(*host_, &picker_window::create));
-        host_->openScene(nodes(), {});
-        QVERIFY(host_->executeCommand("TalvoraPicker"_q));
-        host_->processIdle();
-        QVERIFY(window());
+        session_ = std::make_unique<picker_session>(nodes());
+        QVERIFY(session_->isUp());
     }
-    void cleanup() {
-        host_->quit();
-        picker_main::uninitialize();
-        host_.reset();
-        dir_.reset();
-    }
+    void cleanup() { session_.reset(); }
 
     // A, a broken second file (absent: null), C; the answer to the one message decides on C.
     void open_three_with_the_second_broken_data() {
@@ -238,16 +139,16 @@ private slots:
         QFETCH(int, answer);
         QFETCH(QStringList, titles);
 
-        const QStringList paths{dir_->filePath("a.pkr"_q), dir_->filePath("b.pkr"_q),
-                                dir_->filePath("c.pkr"_q)};
-        QVERIFY(writeBytes(paths.at(0), laid_file(4, tab_titled("A"_q))));
+        const QStringList paths{session_->path("a.pkr"_q), session_->path("b.pkr"_q),
+                                session_->path("c.pkr"_q)};
+        QVERIFY(writeBytes(paths.at(0), laid_file(tab_titled("A"_q))));
         QVERIFY(second.isNull() || writeBytes(paths.at(1), second));
-        QVERIFY(writeBytes(paths.at(2), laid_file(4, tab_titled("C"_q))));
+        QVERIFY(writeBytes(paths.at(2), laid_file(tab_titled("C"_q))));
         scripted_prompts prompts;
         prompts.answers.append(static_cast<QMessageBox::StandardButton>(answer));
 
         // Not every file opened: the command fails, so that a script stops there.
-        QVERIFY(!host_->executeCommand(run_open(paths)));
+        QVERIFY(!session_->host.executeCommand(run_open(paths)));
 
         QCOMPARE(tab_titles(*window()), titles);
         QCOMPARE(prompts.messages.size(), 1);
@@ -263,51 +164,52 @@ private slots:
         QCOMPARE(tabs()->currentIndex(), last);
         QCOMPARE(view(last)->tab()->path(), paths.at(last == 1 ? 0 : 2));
         // Each opened tab asks for its namespaces to be bound to the scene's.
-        QCOMPARE(host_->pendingMel().count("TalvoraPicker \"bind\" `picker_ListNamespaces`;"_q),
-                 last);
+        QCOMPARE(
+            session_->host.pendingMel().count("TalvoraPicker \"bind\" `picker_ListNamespaces`;"_q),
+            last);
         writeScene();
-        QCOMPARE(storedSet().tabs.size(), titles.size());
+        QCOMPARE(session_->stored().tabs.size(), titles.size());
     }
 
     void untitled_save_asks_for_a_name_once() {
         scripted_prompts prompts;
-        const QString path = dir_->filePath("body.pkr"_q);
+        const QString path = session_->path("body.pkr"_q);
         prompts.files.append(QStringList{path});
         const QStringList names{left_hand, root};
-        QVERIFY(restore(laid_tabs(4, 0, {{untitled, QString(), QByteArray(), {names}}})));
+        QVERIFY(restore(laid_tabs({{untitled, QString(), QByteArray(), named({names})}})));
         QAction* save = entry_of(*window(), 0, "Save"_q);
 
         save->trigger();
-        QCOMPARE(host_->pendingMel(), QStringList{"TalvoraPicker(\"save\");"_q});
-        host_->processIdle();
+        QCOMPARE(session_->host.pendingMel(), QStringList{"TalvoraPicker(\"save\");"_q});
+        session_->host.processIdle();
 
         QCOMPARE(prompts.questions.size(), 1);
         QCOMPARE(prompts.questions.first().title, "Save Tab:"_q);
         QCOMPARE(view(0)->tab()->path(), path);
-        QCOMPARE(readBytes(path), laid_file(4, {untitled, QString(), QByteArray(), {names}}));
+        QCOMPARE(readBytes(path), laid_file({untitled, QString(), QByteArray(), named({names})}));
 
         // Known by name now: saved again without asking.
         tabs()->setTabText(0, "Body"_q);
         save->trigger();
-        host_->processIdle();
+        session_->host.processIdle();
         QCOMPARE(prompts.questions.size(), 1);
-        QCOMPARE(readBytes(path), laid_file(4, {"Body"_q, QString(), QByteArray(), {names}}));
+        QCOMPARE(readBytes(path), laid_file({"Body"_q, QString(), QByteArray(), named({names})}));
         QVERIFY(prompts.messages.isEmpty());
     }
 
     // A background of noise makes the new file far larger than the disk lets through.
     void failed_save_as_keeps_the_old_file() {
-        const QString path = dir_->filePath("old.pkr"_q);
-        const QByteArray oldBytes = laid_file(4, tab_titled("Old"_q));
+        const QString path = session_->path("old.pkr"_q);
+        const QByteArray oldBytes = laid_file(tab_titled("Old"_q));
         QVERIFY(writeBytes(path, oldBytes));
-        QVERIFY(host_->executeCommand(run_open({path})));
+        QVERIFY(session_->host.executeCommand(run_open({path})));
         view(1)->tab()->setBackground("77"_q, QPixmap::fromImage(QImage::fromData(noisePng(128))));
         scripted_prompts prompts;
         prompts.files.append(QStringList{path});
         prompts.answers.append(QMessageBox::Ok);
         {
             const file_size_limit limit(oldBytes.size() + 4096);
-            QVERIFY(!host_->executeCommand("TalvoraPicker saveas"_q));
+            QVERIFY(!session_->host.executeCommand("TalvoraPicker saveas"_q));
         }
 
         QCOMPARE(prompts.questions.size(), 1);
@@ -340,20 +242,20 @@ private slots:
         QList<laid_tab> tabs;
         for (const QString& key : keys)
             tabs.append({"T%1"_q.arg(tabs.size()), key, png_of(Qt::green), {}});
-        QVERIFY(restore(laid_tabs(4, 0, tabs)));
+        QVERIFY(restore(laid_tabs(tabs)));
         storeImages();
         const QString entry = "TalvoraPickerImage_"_q + keys.at(closed);
-        QVERIFY(host_->hasFileInfo(entry));
+        QVERIFY(session_->host.hasFileInfo(entry));
         scripted_prompts prompts;
         prompts.answers.append(QMessageBox::Ok);
 
         window()->close_one(closed);
         window()->flushSceneData();
-        host_->processIdle();
+        session_->host.processIdle();
 
         QCOMPARE(prompts.messages.size(), 1);
-        QCOMPARE(host_->hasFileInfo(entry), kept);
-        QCOMPARE(storedSet().tabs.size(), keys.size() - 1);
+        QCOMPARE(session_->host.hasFileInfo(entry), kept);
+        QCOMPARE(session_->stored().tabs.size(), keys.size() - 1);
     }
 
     // A newer stream warns and keeps the tabs shown; a current tab out of range is the first.
@@ -374,7 +276,7 @@ private slots:
         scripted_prompts prompts;
         prompts.answers.append(QMessageBox::Ok);
 
-        QVERIFY(restore(laid_tabs(version, current, {tab_titled("A"_q), tab_titled("B"_q)})));
+        QVERIFY(restore(laid_tabs({tab_titled("A"_q), tab_titled("B"_q)}, current, version)));
 
         QCOMPARE(tab_titles(*window()), titles);
         QCOMPARE(tabs()->currentIndex(), 0);
@@ -387,42 +289,11 @@ private slots:
     }
 
     void picker_without_tabs_still_writes_an_entry() {
-        window()->close_tab(0);
-        QVERIFY(!host_->isModified());
+        session_->key(Qt::Key_W, Qt::ControlModifier);
         writeScene();
 
-        QCOMPARE(storedTabs(), hex("00000004 00000000 ffffffff"));
-        QVERIFY(host_->isModified());
-    }
-
-    void image_entries_follow_the_key() {
-        picker_view* front = view(0);
-        picker_window* shell = window();
-        QPixmap red(3, 3);
-        red.fill(Qt::red);
-        front->tab()->setBackground(QString(), red);
-        host_->processIdle();
-        shell->setImageData(front->tab());
-        shell->removeImageData(front->tab());
-        shell->fetchImageData(front->tab());
-        shell->fetchFrontImageData();
-        QCOMPARE(host_->pendingMel(), QStringList());
-
-        // Stored, then fetched back as a scene open does.
-        front->tab()->setBackground("4711"_q, red);
-        shell->setImageData(front->tab());
-        shell->fetchFrontImageData();
-        QCOMPARE(host_->pendingMel().last(), "TalvoraPicker fetch_image `fileInfo -q "
-                                             "\"TalvoraPickerImage_4711\"`;"_q);
-        host_->processIdle();
-        // The entry: a marker and the PNG file, in base64.
-        const QByteArray value = QByteArray::fromBase64(
-            host_->fileInfo(image_entry + front->tab()->backgroundKey()).toLatin1());
-        QCOMPARE(value.left(4), QByteArray::fromHex("00000001"));
-        QImage image;
-        QVERIFY(image.loadFromData(value.mid(4), "PNG"));
-        QCOMPARE(QColor(image.pixel(2, 2)), QColor(Qt::red));
-        QCOMPARE(host_->scriptLog(), QStringList());
+        QCOMPARE(session_->storedBytes(), hex("00000004 00000000 ffffffff"));
+        QVERIFY(session_->host.isModified());
     }
 
     // The directive decodes as many characters as the key has: only a key as long as the image
@@ -432,72 +303,15 @@ private slots:
         const QString shared(blueText.size() + 8, QLatin1Char('7'));
         const QByteArray red = png_of(Qt::red);
         QVERIFY(restore(laid_tabs(
-            4, 0, {{"A"_q, shared, red, {}}, {"B"_q, "5"_q, red, {}}, {"C"_q, shared, red, {}}})));
+            {{"A"_q, shared, red, {}}, {"B"_q, "5"_q, red, {}}, {"C"_q, shared, red, {}}})));
 
-        QVERIFY(host_->executeCommand("TalvoraPicker fetch_image %1 %2"_q.arg(
+        QVERIFY(session_->host.executeCommand("TalvoraPicker fetch_image %1 %2"_q.arg(
             picker_mel_quote(shared), picker_mel_quote(blueText))));
 
         const QRgb blue = QColor(Qt::blue).rgb();
         QCOMPARE(pixel_of(view(0)->tab()->background()), blue);
         QCOMPARE(pixel_of(view(1)->tab()->background()), QColor(Qt::red).rgb());
         QCOMPARE(pixel_of(view(2)->tab()->background()), blue);
-    }
-
-    void scene_open_brings_the_pickers_back() {
-        QVERIFY(restore(rig_picker(1)));
-        storeImages();
-        writeScene();
-        const QMap<QString, QString> saved = host_->fileInfoEntries();
-        QVERIFY(saved.contains(image_entry + "2024"_q));
-
-        host_->newScene();
-        QCOMPARE(tab_titles(*window()), QStringList{"Untitled"_q});
-        host_->openScene(nodes(), saved);
-        QVERIFY(host_->setSelection({left_hand}));
-        host_->processIdle();
-
-        QCOMPARE(tab_titles(*window()), (QStringList{"Body"_q, "Face"_q}));
-        QCOMPARE(tabs()->currentIndex(), 1);
-        QCOMPARE(lit_states(view(0)), (QList<qint16>{2, 0}));
-        QCOMPARE(lit_states(view(1)), QList<qint16>{1});
-        QCOMPARE(view(1)->tab()->backgroundKey(), "2024"_q);
-        QCOMPARE(view(1)->tab()->background().size(), QSize(8, 8));
-        QCOMPARE(QColor(pixel_of(view(1)->tab()->background(), 7, 0)), QColor(Qt::green));
-        QVERIFY(host_->scriptLog().isEmpty());
-    }
-
-    void host_selection_lights_every_tab() {
-        QVERIFY(restore(rig_picker(0)));
-        QAction* add = entry_of(*window(), 2, "Add One Button"_q);
-        QVERIFY(host_->setSelection({root}));
-        QVERIFY(host_->setSelection({left_hand}));
-        QCOMPARE(window()->selection(), host_->selection());
-        QCOMPARE(lit_states(view(0)), (QList<qint16>{2, 0}));
-        QCOMPARE(lit_states(view(1)), QList<qint16>{1});
-        QVERIFY(add->isEnabled());
-
-        QVERIFY(host_->setSelection({}));
-        QCOMPARE(lit_states(view(0)), (QList<qint16>{0, 0}));
-        QCOMPARE(lit_states(view(1)), QList<qint16>{0});
-        QVERIFY(!add->isEnabled());
-        QCOMPARE(host_->pendingIdleCount(), 0);
-    }
-
-    // What a click does: clear everything, light the button under the pointer, post.
-    void posted_selection_runs_once_without_echo() {
-        QVERIFY(restore(rig_picker(0)));
-        QVERIFY(host_->setSelection({left_hand}));
-        window()->clearAllSelected();
-        view(0)->tab()->select(1, true);
-        QVERIFY(window()->postSelection());
-        QCOMPARE(host_->pendingMel(), QStringList{"TalvoraPicker select \"hero:root_ctrl\""_q});
-        QCOMPARE(host_->selection(), QStringList{left_hand});
-
-        host_->processIdle();
-
-        QCOMPARE(host_->selection(), QStringList{root});
-        QCOMPARE(host_->pendingIdleCount(), 0);
-        QCOMPARE(lit_states(view(0)), (QList<qint16>{0, 1}));
     }
 
     void hostile_text_runs_nothing_data() {
@@ -513,33 +327,34 @@ private slots:
     // As a background key, from the scene or a file, or as a node name of a button.
     void hostile_text_runs_nothing() {
         QFETCH(QString, text);
-        const QString path = dir_->filePath("trap.pkr"_q);
-        QVERIFY(writeBytes(path, laid_file(4, {"File"_q, text, png_of(Qt::red), {{root}}})));
-        QVERIFY(restore(laid_tabs(4, 0, {{"Scene"_q, text, png_of(Qt::red), {{text}}}})));
-        QVERIFY(host_->executeCommand("TalvoraPicker open %1"_q.arg(picker_mel_quote(path))));
+        const QString path = session_->path("trap.pkr"_q);
+        QVERIFY(writeBytes(path, laid_file({"File"_q, text, png_of(Qt::red), named({{root}})})));
+        QVERIFY(restore(laid_tabs({{"Scene"_q, text, png_of(Qt::red), named({{text}})}})));
+        QVERIFY(
+            session_->host.executeCommand("TalvoraPicker open %1"_q.arg(picker_mel_quote(path))));
         storeImages();
         writeScene();
         // Replaced before it reaches any MEL, by the key the image itself gives.
         for (int i = 0; i < 2; ++i)
             QCOMPARE(view(i)->tab()->backgroundKey(), backgroundKeyOf(png_of(Qt::red)));
-        QVERIFY(host_->hasFileInfo(image_entry + view(0)->tab()->backgroundKey()));
+        QVERIFY(session_->host.hasFileInfo(image_entry + view(0)->tab()->backgroundKey()));
 
         // A key set some other way is still only ever a quoted string.
         picker_view* keyed = view(1);
         keyed->tab()->setBackground(text, keyed->tab()->background());
         window()->setImageData(keyed->tab());
         window()->fetchImageData(keyed->tab());
-        host_->processIdle();
-        QVERIFY(host_->hasFileInfo(image_entry + text));
+        session_->host.processIdle();
+        QVERIFY(session_->host.hasFileInfo(image_entry + text));
         window()->removeImageData(keyed->tab());
         window()->clearAllSelected();
         view(0)->tab()->select(0, true);
         QVERIFY(window()->postSelection());
-        host_->processIdle();
+        session_->host.processIdle();
 
-        QVERIFY(!host_->hasFileInfo(image_entry + text));
-        QVERIFY(host_->selection().isEmpty());
-        QCOMPARE(host_->scriptLog(), QStringList());
+        QVERIFY(!session_->host.hasFileInfo(image_entry + text));
+        QVERIFY(session_->host.selection().isEmpty());
+        QCOMPARE(session_->host.scriptLog(), QStringList());
     }
 
     void damaged_scene_data_keeps_the_whole_tabs_data() {
@@ -562,12 +377,12 @@ private slots:
         QFETCH(int, cut);
         QFETCH(QStringList, titles);
         QFETCH(QString, error);
-        QVERIFY(restore(laid_tabs(4, 0, {{"Old"_q, QString(), QByteArray(), {}}})));
-        host_->clearScriptLog();
+        QVERIFY(restore(laid_tabs({{"Old"_q, QString(), QByteArray(), {}}})));
+        session_->host.clearScriptLog();
 
         restore(rig_picker(0).left(cut));
 
-        QCOMPARE(host_->scriptLog(), QStringList{error});
+        QCOMPARE(session_->host.scriptLog(), QStringList{error});
         QCOMPARE(tab_titles(*window()), titles);
     }
 };

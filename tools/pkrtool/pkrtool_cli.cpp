@@ -52,12 +52,14 @@ const command_usage commands[] = {
      "--swap-color swaps two colours both ways (alpha kept). Without -o the file is\n"
      "rewritten in place, and only when a copy was added.\n"},
     {"render",
-     "render FILE.pkr -o OUT.png [--size WxH] [--zoom Z | --frame | --frame-selection] "
-     "[--select NAME ...]",
+     "render FILE.pkr -o OUT.png [--size WxH] [--scale F] [--zoom Z | --frame | "
+     "--frame-selection] [--select NAME ...]",
      "A picture of the picker as the window draws it, 1024 x 768 unless --size says otherwise,\n"
      "framed on all buttons as Frame View frames them (--frame), at a zoom (--zoom), or on the\n"
      "buttons --select lights (--frame-selection). Each NAME after --select is lit; names no\n"
-     "button holds are reported.\n"},
+     "button holds are reported. --scale F draws it as a screen of that device pixel ratio\n"
+     "shows it (2 for most 4K monitors): F times as many pixels each way, labels and\n"
+     "background at that resolution.\n"},
     {"scene", "scene SCENE.ma [--json]",
      "The pickers a Maya ASCII scene stores: its tabs, their titles and buttons; with --json\n"
      "one JSON object.\n"},

@@ -95,8 +95,10 @@ int runRender(const pkrtool_run& run, const QStringList& arguments) {
     const QCommandLineOption frameSelectionOption(QStringLiteral("frame-selection"));
     const QCommandLineOption selectOption(QStringLiteral("select"), QString(),
                                           QStringLiteral("NAME"));
-    parser.addOptions(
-        {output, sizeOption, zoomOption, frameOption, frameSelectionOption, selectOption});
+    const QCommandLineOption scaleOption(QStringLiteral("scale"), QString(), QStringLiteral("F"),
+                                         QStringLiteral("1"));
+    parser.addOptions({output, sizeOption, zoomOption, frameOption, frameSelectionOption,
+                       selectOption, scaleOption});
     int exitCode = pkrtool_ok;
     if (!run.parse(parser, spreadSelectNames(arguments), exitCode))
         return exitCode;
@@ -117,6 +119,15 @@ int runRender(const pkrtool_run& run, const QStringList& arguments) {
     const QStringList select = parser.values(selectOption);
     if (parser.isSet(frameSelectionOption) && select.isEmpty())
         return run.usage(QStringLiteral("--frame-selection needs --select NAME"));
+    // The device pixel ratio of a screen the window would be on: the picture has that many
+    // pixels for each of the window's.
+    bool scaleRead = false;
+    const double scale = parser.value(scaleOption).toDouble(&scaleRead);
+    const QSize pixels(qRound(size.width() * scale), qRound(size.height() * scale));
+    if (!scaleRead || !(scale >= 0.25 && scale <= 8.0))
+        return run.usage(QStringLiteral("--scale wants a number from 0.25 to 8"));
+    if (pixels.width() > 16384 || pixels.height() > 16384)
+        return run.usage(QStringLiteral("--size times --scale is over 16384 pixels"));
     double zoom = 0.0;
     if (parser.isSet(zoomOption)) {
         bool read = false;
@@ -146,7 +157,9 @@ int runRender(const pkrtool_run& run, const QStringList& arguments) {
     if (parser.isSet(frameSelectionOption))
         frame(view);
 
-    QImage image(size, QImage::Format_ARGB32);
+    // The surface a window's backing store has, so that the picture is what the window shows.
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(scale);
     image.fill(Qt::transparent);
     {
         QPainter painter(&image);
@@ -156,13 +169,13 @@ int runRender(const pkrtool_run& run, const QStringList& arguments) {
     QByteArray png;
     QBuffer buffer(&png);
     buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
+    image.convertToFormat(QImage::Format_ARGB32).save(&buffer, "PNG");
     if (!run.writeOutput(target, png))
         return pkrtool_failed;
     run.report(QStringLiteral("%1: %2 x %3, zoom %4\n")
                    .arg(target == QLatin1String("-") ? QStringLiteral("standard output") : target)
-                   .arg(size.width())
-                   .arg(size.height())
+                   .arg(pixels.width())
+                   .arg(pixels.height())
                    .arg(view.zoom()),
                target == QLatin1String("-"));
     return pkrtool_ok;

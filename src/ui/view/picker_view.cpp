@@ -187,11 +187,15 @@ QPoint picker_view::mapToScreen(const QPoint& p) const {
     return QPoint(static_cast<int>(x), static_cast<int>(y));
 }
 
+QRect screen_rect(const QRect& r, qreal zoom, const QPoint& shift) {
+    return edges_rect(static_cast<float>(shift.x() + r.left() * zoom),
+                      static_cast<float>(shift.y() + r.top() * zoom),
+                      static_cast<float>(shift.x() + r.right() * zoom),
+                      static_cast<float>(shift.y() + r.bottom() * zoom));
+}
+
 QRect picker_view::mapToScreen(const QRect& r) const {
-    return edges_rect(static_cast<float>(shift_.x() + r.left() * zoom_),
-                      static_cast<float>(shift_.y() + r.top() * zoom_),
-                      static_cast<float>(shift_.x() + r.right() * zoom_),
-                      static_cast<float>(shift_.y() + r.bottom() * zoom_));
+    return screen_rect(r, zoom_, shift_);
 }
 
 QRectF picker_view::mapToScreenF(const QRect& r) const {

@@ -7,6 +7,7 @@
 #include <QCursor>
 #include <QImage>
 #include <QPoint>
+#include <QPointF>
 #include <QRect>
 #include <QRectF>
 #include <QSet>
@@ -38,20 +39,22 @@ inline double round_fn(double x) {
     return static_cast<double>(static_cast<int>(x + 0.5));
 }
 
+struct label_text;
+
 // Where a button lands on the canvas, worked out from its attributes: its rectangle in picker
-// space, centred on its position, and its label picture.
+// space, centred on its position, and its label.
 struct button_shape {
     QRect bounds;
-    QImage img; // the label as drawn, shared by buttons with the same one; null without one
-    QSize labelSize;
-    // What the label picture was drawn from.
-    QString label;
-    QRgb labelColor = 0;
+    std::shared_ptr<const label_text> label; // shared by buttons with the same text; null without
 };
 
 // A button face drawn once into an image that every view copies, and the last paint that did.
+// core: the run of rows every pixel of which is opaque, seen as an image without alpha, so that
+// it is copied rather than blended; null when there is none.
 struct cached_face {
     QImage image;
+    QImage core;
+    int coreTop = 0;
     quint64 paint = 0;
 };
 
@@ -61,11 +64,40 @@ struct cached_face {
 struct face_copy {
     QRect bounds;
     quint64 look = 0;
-    qint64 label = 0;
+    quint64 label = 0;
+    QRgb ink = 0;
     quint64 generation = 0; // of the face cache: face stays good while this holds
     QPoint at;
     cached_face* face = nullptr;
 };
+
+// How picker space lands in device pixels: the view's zoom and offset, then the painter's device
+// pixel ratio and offset. A zero zoom stands for none.
+struct view_space {
+    qreal zoom = 0;
+    QPoint shift;
+    qreal deviceScale = 1;
+    QPointF deviceOffset;
+
+    bool operator==(const view_space& other) const {
+        return zoom == other.zoom && shift == other.shift && deviceScale == other.deviceScale &&
+               deviceOffset == other.deviceOffset;
+    }
+    bool operator!=(const view_space& other) const { return !(*this == other); }
+};
+
+// The background scaled smoothly to one zoom and device pixel ratio, or the part of it a view
+// shows when the whole would be too big: area is in device pixels from the image's top-left.
+struct background_level {
+    qint64 source = 0; // the background's cache key
+    qreal scale = 0;   // device pixels per background pixel
+    QRect area;
+    QImage image;
+};
+
+// The rectangle of r's four edges mapped by zoom and shift one by one, sized by their plain
+// differences (no +1).
+QRect screen_rect(const QRect& r, qreal zoom, const QPoint& shift);
 
 // One tab's canvas: shows a picker tab through a zoom and an offset, with the pointer gesture in
 // progress. It follows the tab's change signals and works out every button's shape from the
@@ -203,14 +235,9 @@ private:
     // The shape of a button at pos; an unchanged label keeps its picture.
     static void make_shape(const buttonAttributes& att, const QPoint& pos, button_shape& shape);
 
-    void draw_buttons(QPainter& p, const QRect& area);
-    // outline: the lit state of the command button drawn last in this pass, whose pen outlines
-    // the shape; no pen before any. copy: how the button was drawn last, and is drawn now.
-    void draw_one_button(QPainter& p, const buttonRecord& b, const button_shape& s, int outline,
-                         face_copy& copy) const;
-    void draw_command_button(QPainter& p, const buttonRecord& b, const button_shape& s,
-                             face_copy& copy) const;
-    static bool label_cut_out(const buttonRecord& b, const button_shape& s);
+    // Both in device pixels, area in widget pixels.
+    void draw_background(QPainter& p, const view_space& space, const QRect& area);
+    void draw_buttons(QPainter& p, const view_space& space, const QRect& area);
     void push(QUndoCommand* command);
     void nudge_buttons(int dx, int dy);
     // Context menu, actions, shortcuts, cursors and pointer tracking.
@@ -255,9 +282,10 @@ private:
     mutable std::vector<button_shape> shapes_; // by button, as the tab lists them
     mutable std::vector<char> stale_;          // by button: its shape is to be worked out again
     mutable bool anyStale_ = false;
-    std::vector<face_copy> copies_; // by button, made at the zoom and offset below
-    qreal copiesZoom_ = 0;
-    QPoint copiesShift_;
+    std::vector<face_copy> copies_; // by button, made in the space below
+    view_space copiesSpace_;
+    view_space settledSpace_; // of the last paint that drew every face exactly
+    background_level backgrounds_[2];
     quint32 lastButton_ = 0; // id of the button under the last press; 0 none
     QSet<quint32> dragged_;
     QPoint dragOffset_;

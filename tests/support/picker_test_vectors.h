@@ -8,6 +8,7 @@
 
 #include <QBuffer>
 #include <QByteArray>
+#include <QDataStream>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -68,6 +69,60 @@ inline QByteArray tinyPng() {
                "00000000 49454e44 ae426082");
 }
 
+// An unlabelled button, black label colour; one name makes a square, more a circle.
+inline buttonAttributes button(const QStringList& names, const QPoint& pos, int size = 20,
+                               QRgb colour = 0xFFC81E1E,
+                               qint32 type = buttonAttributes::Selection) {
+    return {pos, size, type, 0, colour, 0xFF000000, QString(), names};
+}
+
+// One tab laid out field by field as format 4 has it: title, key and, under a key, the image
+// marker and PNG file, then its buttons.
+struct laid_tab {
+    QString title;
+    QString key;
+    QByteArray png;
+    button_att_list buttons;
+};
+
+inline void lay_tab_body(QDataStream& out, const laid_tab& tab) {
+    out << tab.title << tab.key;
+    if (!tab.key.isEmpty()) {
+        out << qint32(tab.png.isEmpty() ? 0 : 1);
+        out.writeRawData(tab.png.constData(), static_cast<int>(tab.png.size()));
+    }
+    out << qint32(tab.buttons.size());
+    for (int b = 0; b < tab.buttons.size(); ++b) {
+        const buttonAttributes& att = tab.buttons.at(b);
+        out << qint32(b) << qint32(att.pos.x()) << qint32(att.pos.y()) << qint32(att.size)
+            << qint32(att.type) << qint32(att.api) << quint32(att.color) << quint32(att.tcolor)
+            << att.label << qint32(att.sel.size());
+        for (const QString& name : att.sel)
+            out << name;
+    }
+}
+
+// A picker file of one tab.
+inline QByteArray laid_file(const laid_tab& tab, qint32 version = 4) {
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out << version;
+    lay_tab_body(out, tab);
+    return bytes;
+}
+
+// A tab stream, as the scene stores it.
+inline QByteArray laid_tabs(const QList<laid_tab>& tabs, qint32 current = 0, qint32 version = 4) {
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out << version << qint32(tabs.size()) << current;
+    for (int t = 0; t < tabs.size(); ++t) {
+        out << qint32(t);
+        lay_tab_body(out, tabs.at(t));
+    }
+    return bytes;
+}
+
 // Selection button: index 0, pos (10, -20), size 12, type 0, api 0, colour 0xFFB22222, label
 // colour 0xFF000000, null label, names "L_hand" and "L_arm".
 inline QByteArray selectionRecord() {
@@ -87,19 +142,15 @@ inline QByteArray commandRecord() {
                "00000010 007000720069006e007400280031 0029");
 }
 
-inline buttonAttributes makeButton(QPoint pos, qint32 size, qint32 type, qint32 api, QRgb color,
-                                   QRgb tcolor, const QString& label, const QStringList& sel) {
-    return {pos, size, type, api, color, tcolor, label, sel};
-}
-
 // The buttons that selectionRecord() and commandRecord() describe.
 inline buttonAttributes selectionButton() {
-    return makeButton(QPoint(10, -20), 12, 0, 0, 0xFFB22222, 0xFF000000, QString(),
-                      {"L_hand"_q, "L_arm"_q});
+    return buttonAttributes{QPoint(10, -20), 12,         0,         0,
+                            0xFFB22222,      0xFF000000, QString(), {"L_hand"_q, "L_arm"_q}};
 }
 
 inline buttonAttributes commandButton() {
-    return makeButton(QPoint(100, 50), 20, 1, 1, 0xFF2222B2, 0xFFFFFFFF, "Go"_q, {"print(1)"_q});
+    return buttonAttributes{QPoint(100, 50), 20,         1,      1,
+                            0xFF2222B2,      0xFFFFFFFF, "Go"_q, {"print(1)"_q}};
 }
 
 // View button list in the newest layout: the two records above.
@@ -117,8 +168,8 @@ inline QByteArray buttonListVersion1() {
 
 // The buttons that buttonListVersion1() describes.
 inline button_att_list buttonsVersion1() {
-    return {makeButton(QPoint(5, 6), 8, 0, 0, 0xFF00FF00, 0x00FFFFFF, ""_q, {"a"_q}),
-            makeButton(QPoint(-5, 0), 4, 0, 0, 0xFF0000FF, 0x00FFFFFF, "b"_q, {"b"_q})};
+    return {buttonAttributes{QPoint(5, 6), 8, 0, 0, 0xFF00FF00, 0x00FFFFFF, ""_q, {"a"_q}},
+            buttonAttributes{QPoint(-5, 0), 4, 0, 0, 0xFF0000FF, 0x00FFFFFF, "b"_q, {"b"_q}}};
 }
 
 // Version 3 layout (type and api, no label colour): index 0 at (1, 2) size 3, command MEL,
@@ -134,8 +185,8 @@ inline QByteArray buttonListVersion3() {
 
 // The buttons that buttonListVersion3() describes.
 inline button_att_list buttonsVersion3() {
-    return {makeButton(QPoint(1, 2), 3, 1, 0, 0xFF123456, 0x00FFFFFF, QString(), {"x"_q}),
-            makeButton(QPoint(7, 8), 9, 0, 1, 0x80ABCDEF, 0x00FFFFFF, "y"_q, {"y"_q, "z"_q})};
+    return {buttonAttributes{QPoint(1, 2), 3, 1, 0, 0xFF123456, 0x00FFFFFF, QString(), {"x"_q}},
+            buttonAttributes{QPoint(7, 8), 9, 0, 1, 0x80ABCDEF, 0x00FFFFFF, "y"_q, {"y"_q, "z"_q}}};
 }
 
 // .pkr file, format 4: title "Arm", null background key (so no image), buttonListVersion4().
@@ -164,83 +215,17 @@ inline QByteArray tabStream() {
            hex("00000001 00000006 004c00650067 00000004 00620067 00000000 00000000");
 }
 
-// A shot as Maya 2024 writes it: a rig referenced with Maya's reference flags, requires with
-// node types, units, fileInfo, DAG nodes under parents, a curve's multi-line value, a script
-// node's escaped string, reference edits, select -ne, connections, a comment. Lines end with
+// tests/data/shot.ma, a shot as Maya 2024 writes it: a rig referenced with Maya's reference flags,
+// requires with node types, units, fileInfo, DAG nodes under parents, a curve's multi-line value, a
+// script node's escaped string, reference edits, select -ne, connections, a comment. Lines end with
 // newline (Maya on Windows writes "\r\n").
 inline QByteArray mayaShot(const char* newline = "\n") {
-    QByteArray text(
-        "//Maya ASCII 2024 scene\n"
-        "//Name: shot.ma\n"
-        "//Last modified: Tue, Mar 12, 2024 10:41:07 AM\n"
-        "//Codeset: UTF-8\n"
-        "file -rdi 1 -ns \"hero\" -rfn \"heroRN\" -op \"v=0;\" -typ \"mayaAscii\" "
-        "\"rigs/hero.ma\";\n"
-        "file -r -ns \"hero\" -dr 1 -rfn \"heroRN\" -op \"v=0;\" -typ \"mayaAscii\" "
-        "\"rigs/hero.ma\";\n"
-        "requires maya \"2024\";\n"
-        "requires -nodeType \"gameFbxExporter\" \"gameFbxExporter\" \"1.0\";\n"
-        "currentUnit -l centimeter -a degree -t film;\n"
-        "fileInfo \"application\" \"maya\";\n"
-        "fileInfo \"product\" \"Maya 2024\";\n"
-        "fileInfo \"osv\" \"Linux 5.15.0-91-generic #101-Ubuntu SMP x86_64\";\n"
-        "fileInfo \"UUID\" \"5B2E1C3A-4F1D-8E6B-2A9C-7D3F0E1B4C5A\";\n"
-        "createNode transform -s -n \"persp\";\n"
-        "\trename -uid \"A1B2C3D4-0000-0000-0000-000000000001\";\n"
-        "\tsetAttr \".v\" no;\n"
-        "\tsetAttr \".t\" -type \"double3\" 28 21 28 ;\n"
-        "createNode camera -s -n \"perspShape\" -p \"persp\";\n"
-        "\tsetAttr -k off \".v\" no;\n"
-        "\tsetAttr \".imn\" -type \"string\" \"persp\";\n"
-        "createNode transform -n \"set_grp\";\n"
-        "createNode transform -n \"crate\" -p \"set_grp\";\n"
-        "\tsetAttr \".t\" -type \"double3\" 0 1.5 -4 ;\n"
-        "createNode nurbsCurve -n \"crateShape\" -p \"crate\";\n"
-        "\tsetAttr -k off \".v\";\n"
-        "\tsetAttr \".cc\" -type \"nurbsCurve\" \n"
-        "\t\t1 4 0 no 3\n"
-        "\t\t5 0 1 2 3 4\n"
-        "\t\t5\n"
-        "\t\t-1 0 -1\n"
-        "\t\t1 0 -1\n"
-        "\t\t1 0 1\n"
-        "\t\t-1 0 1\n"
-        "\t\t-1 0 -1\n"
-        "\t\t;\n"
-        "createNode script -n \"sceneConfigurationScriptNode\";\n"
-        "\tsetAttr \".b\" -type \"string\" \"playbackOptions -min 1 -max 120 ;\\n// \\\"q\\\"; "
-        "x\\ty\";\n"
-        "createNode reference -n \"heroRN\";\n"
-        "\tsetAttr \".ed\" -type \"dataReferenceEdits\" \n"
-        "\t\t\"heroRN\"\n"
-        "\t\t\"heroRN\" 0\n"
-        "\t\t\"heroRN\" 1\n"
-        "\t\t2 \"|hero:rig_grp|hero:root_ctrl\" \"translate\" \" -type \\\"double3\\\" 0 0 5\";\n"
-        "lockNode -l 1 ;\n"
-        "select -ne :time1;\n"
-        "\tsetAttr \".o\" 1;\n"
-        "// a note a TD left\n"
-        "connectAttr \"crate.msg\" \":defaultRenderGlobals.sel\" -na;\n"
-        "// End of shot.ma\n");
-    return text.replace("\n", newline);
+    return readBytes(QStringLiteral(PICKER_TEST_DATA "/shot.ma")).replace("\n", newline);
 }
 
-// The rig mayaShot() references, at rigs/hero.ma beside it.
+// tests/data/rigs/hero.ma, the rig mayaShot() references.
 inline QByteArray mayaRig() {
-    return QByteArray("//Maya ASCII 2024 scene\n"
-                      "//Name: hero.ma\n"
-                      "requires maya \"2024\";\n"
-                      "createNode transform -n \"rig_grp\";\n"
-                      "createNode transform -n \"root_ctrl\" -p \"rig_grp\";\n"
-                      "createNode nurbsCurve -n \"root_ctrlShape\" -p \"root_ctrl\";\n"
-                      "\tsetAttr \".cc\" -type \"nurbsCurve\" \n"
-                      "\t\t1 1 0 no 3\n"
-                      "\t\t2 0 1\n"
-                      "\t\t2\n"
-                      "\t\t0 0 0\n"
-                      "\t\t1 0 0\n"
-                      "\t\t;\n"
-                      "// End of hero.ma\n");
+    return readBytes(QStringLiteral(PICKER_TEST_DATA "/rigs/hero.ma"));
 }
 
 // A scene's bytes with the picker's own fileInfo statements taken out, long values' pieces and
