@@ -73,3 +73,20 @@ QString picker_config_path() {
     const QSettings settings(QStringLiteral("Talvora"), QStringLiteral("picker"));
     return QFileInfo(settings.fileName()).absolutePath() + QStringLiteral("/pickers.cfg");
 }
+
+bool configValues(const QStringList& tokens, const QString& key, QStringList& values) {
+    const QString equals = QStringLiteral("=");
+    if (tokens.size() < 2 || tokens.at(0) != key || tokens.at(1) != equals)
+        return false;
+    values.clear();
+    for (int i = 2; i < tokens.size(); ++i) {
+        // The scanner splits a bare A=B at its "="; its three tokens are one value again.
+        if (tokens.at(i) == equals && !values.isEmpty() && i + 1 < tokens.size()) {
+            values.last() += equals + tokens.at(i + 1);
+            ++i;
+        } else {
+            values.append(tokens.at(i));
+        }
+    }
+    return true;
+}

@@ -325,6 +325,20 @@ private slots:
         QTest::newRow("NEW with two colons") << "rebind good.pkr --map a=x::y" << 2
                                              << "--map a=x::y: 'x::y' is no namespace (an empty "
                                                 "part)";
+        QTest::newRow("mirror rule of two kinds")
+            << "mirror good.pkr --rule L_*=*_R" << 2
+            << "mirror rule \"L_*=*_R\": \"L_*\" is a prefix but \"*_R\" a suffix; both sides "
+               "must be of one kind";
+        QTest::newRow("mirror rule without a star")
+            << "mirror good.pkr --rule L_=R_*" << 2
+            << "mirror rule \"L_=R_*\": \"L_\" is no prefix (L_*), suffix (*_L) or infix "
+               "(*Left*)";
+        QTest::newRow("mirror axis of a quarter")
+            << "mirror good.pkr --axis 1.25" << 2
+            << "--axis takes a whole number or a half (as 512 or 511.5), not '1.25'";
+        QTest::newRow("mirror colour by name")
+            << "mirror good.pkr --swap-color red=#0000FF" << 2
+            << "--swap-color: colour pair \"red=#0000FF\" is not #RRGGBB=#RRGGBB";
     }
 
     void failures() {
@@ -482,6 +496,107 @@ private slots:
         QCOMPARE(read("in.pkr").toHex(), inAfter.toHex());
         QCOMPARE(QFile::exists(dir_->filePath("out.pkr"_q)), !outAfter.isEmpty());
         QCOMPARE(read("out.pkr").toHex(), outAfter.toHex());
+    }
+
+    // Buttons as "X NAME,NAME [#AARRGGBB]" at y 50 ("X command" for a command button); the
+    // copies appended read back in the same form.
+    void mirror_data() {
+        QTest::addColumn<QStringList>("buttons");
+        QTest::addColumn<int>("backgroundWidth"); // 0: none
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QString>("summary");
+        QTest::addColumn<QStringList>("added");
+
+        QTest::newRow("defaults: prefix before suffix, namespaces kept, paths by segment")
+            << QStringList{"10 L_arm_R"_q, "20 hero:L_hand"_q, "30 |hero:grp_L|hero:L_foot"_q,
+                           "40 spine"_q,   "50 L_rig:spine"_q, "60 command"_q}
+            << 0 << "--axis 100"
+            << "added 3, 0 already there, 2 centre (not sided)"
+            << QStringList{"190 R_arm_R #ffb22222"_q, "180 hero:R_hand #ffb22222"_q,
+                           "170 |hero:grp_R|hero:R_foot #ffb22222"_q};
+        QTest::newRow("infix: the leftmost core; case counts")
+            << QStringList{"10 eyeLeftUpRight"_q, "20 upper_left,Upper_l"_q, "30 LEFT_x"_q} << 0
+            << "--axis 100"
+            << "added 2, 0 already there, 1 centre (not sided)"
+            << QStringList{"190 eyeRightUpRight #ffb22222"_q,
+                           "180 upper_right,Upper_r #ffb22222"_q};
+        QTest::newRow("copies a button or an earlier copy holds are not added")
+            << QStringList{"10 L_a"_q, "190 R_a"_q, "20 L_b"_q, "30 L_b"_q, "40 L_b,L_c"_q} << 0
+            << "--axis 100"
+            << "added 2, 3 already there, 0 centre (not sided)"
+            << QStringList{"180 R_b #ffb22222"_q, "160 R_b,R_c #ffb22222"_q};
+        QTest::newRow("axis: half the background's width")
+            << QStringList{"10 L_a"_q, "20 spine"_q} << 301 << QString()
+            << "added 1, 0 already there, 1 centre (not sided)"
+            << QStringList{"291 R_a #ffb22222"_q};
+        QTest::newRow("axis: the middle of the outermost buttons")
+            << QStringList{"10 L_a"_q, "20 L_b"_q, "101 spine"_q} << 0 << QString()
+            << "added 2, 0 already there, 1 centre (not sided)"
+            << QStringList{"101 R_a #ffb22222"_q, "91 R_b #ffb22222"_q};
+        QTest::newRow("axis: a half, before the background")
+            << QStringList{"10 L_a"_q} << 400 << "--axis -0.5"
+            << "added 1, 0 already there, 0 centre (not sided)"
+            << QStringList{"-11 R_a #ffb22222"_q};
+        QTest::newRow("colours swapped both ways on RGB, alpha kept")
+            << QStringList{"10 L_a #80ff0000"_q, "20 L_b #ff0000ff"_q, "30 L_c #ff00ff00"_q} << 0
+            << "--axis 0 --swap-color #FF0000=#0000ff"
+            << "added 3, 0 already there, 0 centre (not sided)"
+            << QStringList{"-10 R_a #800000ff"_q, "-20 R_b #ffff0000"_q, "-30 R_c #ff00ff00"_q};
+        QTest::newRow("--rule replaces the defaults")
+            << QStringList{"10 L_a"_q, "20 arm_lt"_q} << 0 << "--rule *_lt=*_rt --axis 0"
+            << "added 1, 0 already there, 1 centre (not sided)"
+            << QStringList{"-20 arm_rt #ffb22222"_q};
+        QTest::newRow("nothing sided: the file is left")
+            << QStringList{"10 spine"_q, "20 command"_q} << 0 << QString()
+            << "added 0, 0 already there, 1 centre (not sided); 'in.pkr' left as it was"
+            << QStringList();
+    }
+
+    void mirror() {
+        QFETCH(QStringList, buttons);
+        QFETCH(int, backgroundWidth);
+        QFETCH(QString, arguments);
+        QFETCH(QString, summary);
+        QFETCH(QStringList, added);
+        picker_tab_record tab;
+        tab.title = "rig"_q;
+        if (backgroundWidth > 0) {
+            QImage image(backgroundWidth, 4, QImage::Format_RGB32);
+            image.fill(Qt::gray);
+            tab.backgroundKey = "1"_q;
+            tab.backgroundPng = pngOf(image);
+        }
+        for (const QString& description : buttons) {
+            const QStringList fields = description.split(QLatin1Char(' '));
+            buttonAttributes att;
+            att.pos = QPoint(fields.at(0).toInt(), 50);
+            att.size = 10;
+            att.color = fields.size() > 2 ? fields.at(2).mid(1).toUInt(nullptr, 16) : 0xFFB22222;
+            att.tcolor = 0xFF000000;
+            att.type = fields.at(1) == QLatin1String("command") ? 1 : 0;
+            att.sel =
+                att.type == 1 ? QStringList{"select -cl;"_q} : fields.at(1).split(QLatin1Char(','));
+            tab.buttons << att;
+        }
+        const QByteArray original = pickerFileBytes(tab);
+        write("in.pkr", original);
+
+        const run_result result = run("mirror in.pkr "_q + arguments);
+        QCOMPARE(result.err, QByteArray());
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(QString::fromUtf8(result.out), summary + QLatin1Char('\n'));
+        picker_tab_record after;
+        QVERIFY(readPickerFile(read("in.pkr"), after).ok());
+        QCOMPARE(after.buttons.mid(0, tab.buttons.size()), tab.buttons);
+        QStringList appended;
+        for (const buttonAttributes& att : after.buttons.mid(tab.buttons.size())) {
+            QCOMPARE(att.pos.y(), 50);
+            appended << "%1 %2 #%3"_q.arg(att.pos.x())
+                            .arg(att.sel.join(QLatin1Char(',')), QString::number(att.color, 16));
+        }
+        QCOMPARE(appended, added);
+        if (added.isEmpty())
+            QCOMPARE(read("in.pkr"), original);
     }
 
     // Three-name selection button at (5, 6) in 0xB22222 beside a command button, in 200 x 100.

@@ -1,8 +1,11 @@
 #include "../support/picker_session.h"
 
 #include <QBitmap>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QCursor>
+#include <QDialogButtonBox>
+#include <QDoubleSpinBox>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLineEdit>
@@ -11,6 +14,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QSettings>
+#include <QTemporaryDir>
 #include <QTextBrowser>
 
 #include "picker_prompt.h"
@@ -142,7 +146,8 @@ private slots:
 
     void init() {
         QSettings(QStringLiteral("Talvora"), QStringLiteral("picker")).remove("recentPickers"_q);
-        session_ = std::make_unique<picker_session>(words("head neck L_arm chest L_hand R_hand"));
+        session_ = std::make_unique<picker_session>(
+            words("head neck L_arm chest L_hand R_hand R_arm L_leg"));
         QVERIFY(session_->isUp());
         session_->open(rig());
         // Opening a picker leaves the keys with the picker.
@@ -264,6 +269,20 @@ private slots:
             << probes{{{48, 100}, lit}, {{70, 100}, canvas}};
         QTest::newRow("left arrow moves")
             << QVector<int>{Qt::Key_Left} << probes{{{69, 100}, canvas}, {{49, 100}, lit}};
+        // The copy a grid step down and right, lit in the original's place.
+        const QPoint copyOnly = neck + QPoint(18, 18);
+        const QPoint originalOnly = neck - QPoint(8, 8);
+        QTest::newRow("duplicate")
+            << QVector<int>{ctrl | Qt::Key_D} << probes{{copyOnly, lit}, {originalOnly, green}};
+        QTest::newRow("duplicate, undo") << QVector<int>{ctrl | Qt::Key_D, ctrl | Qt::Key_Z}
+                                         << probes{{copyOnly, canvas}, {originalOnly, green}};
+        QTest::newRow("select all")
+            << QVector<int>{ctrl | Qt::Key_A} << probes{{head, lit}, {neck, lit}, {hands, lit}};
+        QTest::newRow("invert") << QVector<int>{ctrl | Qt::SHIFT | Qt::Key_I}
+                                << probes{{head, lit}, {neck, green}, {arm, lit}, {hands, lit}};
+        QTest::newRow("select all, invert")
+            << QVector<int>{ctrl | Qt::Key_A, ctrl | Qt::SHIFT | Qt::Key_I}
+            << probes{{head, red}, {neck, green}, {hands, purple}};
     }
 
     void keys_act_at_once() {
@@ -417,7 +436,8 @@ private slots:
         QCOMPARE(tab_titles(*session_), QStringList());
     }
 
-    // A partly lit button counts as selected: Shift-click lets it go, Control-click keeps it.
+    // A partly lit button counts as selected: Shift-click lets it go, Control-click keeps it,
+    // Invert Selection unlights it.
     void a_partly_lit_button_counts_as_selected_data() {
         QTest::addColumn<int>("modifiers");
         QTest::addColumn<QStringList>("hostSelection");
@@ -425,6 +445,7 @@ private slots:
         QTest::newRow("Shift-click") << int(Qt::ShiftModifier) << QStringList() << canvas;
         QTest::newRow("Control-click")
             << int(Qt::ControlModifier) << QStringList{"L_hand"_q} << partly_lit;
+        QTest::newRow("Invert Selection") << -1 << words("head neck L_arm chest") << canvas;
     }
 
     void a_partly_lit_button_counts_as_selected() {
@@ -434,7 +455,10 @@ private slots:
         QVERIFY(session_->host.executeCommand("select -r \"L_hand\""_q));
         session_->settle();
         check({{hands, partly_lit}});
-        session_->click(hands, Qt::KeyboardModifiers(modifiers));
+        if (modifiers < 0)
+            session_->key(Qt::Key_I, Qt::ControlModifier | Qt::ShiftModifier);
+        else
+            session_->click(hands, Qt::KeyboardModifiers(modifiers));
         QCOMPARE(session_->host.selection(), hostSelection);
         check({{hands, shown == canvas ? purple : shown}});
     }
@@ -1075,6 +1099,149 @@ private slots:
         QVERIFY2(!host.isModified(), "an opened scene shows as modified");
         QCOMPARE(tab_titles(*session_), words("Untitled rig backdrop"));
         QVERIFY(host.hasFileInfo("TalvoraPickerImage_7"_q));
+    }
+
+    // Mirror Buttons offers the axis and the sides' usual colours, and adds the lit sided
+    // buttons' copies as one step; with nothing sided it says so and adds nothing.
+    void mirror_buttons_data() {
+        QTest::addColumn<QString>("typed"); // axis and colours; empty: as offered
+        QTest::addColumn<QPoint>("copyAt");
+        QTest::addColumn<QColor>("copyShown");
+        QTest::newRow("as offered") << QString() << QPoint(180, 85) << blue;
+        QTest::newRow("axis and colours typed") << "100 #1E1EC8=#C81E1E"_q << QPoint(80, 80) << red;
+        QTest::newRow("only centre buttons lit") << "centre"_q << QPoint() << QColor();
+    }
+
+    void mirror_buttons() {
+        QFETCH(QString, typed);
+        QFETCH(QPoint, copyAt);
+        QFETCH(QColor, copyShown);
+        const bool centre = typed == QLatin1String("centre");
+        session_->click(head, Qt::ControlModifier);
+        if (!centre)
+            session_->click(arm, Qt::ControlModifier | Qt::ShiftModifier);
+        QString offered;
+        QString told;
+        answer_next(&QApplication::activeModalWidget, [&](QWidget* dialog) {
+            auto* axis = dialog->findChild<QDoubleSpinBox*>();
+            auto* colours = dialog->findChild<QLineEdit*>();
+            offered = "%1 %2"_q.arg(axis->value()).arg(colours->text());
+            if (!typed.isEmpty() && !centre) {
+                axis->setValue(typed.section(QLatin1Char(' '), 0, 0).toDouble());
+                colours->setText(typed.section(QLatin1Char(' '), 1));
+            }
+            dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        });
+        picker_set_message_hook([&told](const picker_message& message) {
+            told = message.text;
+            return QMessageBox::Ok;
+        });
+        session_->choose(empty, "Mirror Buttons\u2026"_q);
+        picker_set_message_hook({});
+        // The middle of the outermost buttons; the sides' most common colours.
+        QCOMPARE(offered, "150 #1EA01E=#C81E1E"_q);
+        const QList<QStringList> names = stored_names(*session_, 1);
+        if (centre) {
+            QCOMPARE(told, "Nothing to mirror: 0 already there, 1 centre (not sided)."_q);
+            QCOMPARE(names.size(), 5);
+            return;
+        }
+        QCOMPARE(told, QString());
+        QCOMPARE(names.size(), 6);
+        QCOMPARE(names.last(), QStringList{"R_arm"_q});
+        QCOMPARE(session_->pixel(copyAt), copyShown);
+        session_->key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(stored_names(*session_, 1).size(), 5);
+    }
+
+    // Select Mirror and Add Mirror map the host's selection by the side rules and select what
+    // the scene holds, from the Picker menu or the canvas' own.
+    void select_mirror_data() {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<bool>("fromCanvas");
+        QTest::addColumn<QStringList>("before");
+        QTest::addColumn<QStringList>("after");
+        QTest::newRow("select, centre names kept")
+            << "Select Mirror"_q << false << words("L_arm head") << words("R_arm head");
+        QTest::newRow("add, from the canvas") << "Add Mirror"_q << true << words("L_arm R_hand")
+                                              << words("L_arm R_hand R_arm L_hand");
+        QTest::newRow("a mirror the scene lacks is passed over")
+            << "Select Mirror"_q << true << words("L_leg L_arm") << words("R_arm");
+    }
+
+    void select_mirror() {
+        QFETCH(QString, entry);
+        QFETCH(bool, fromCanvas);
+        QFETCH(QStringList, before);
+        QFETCH(QStringList, after);
+        QVERIFY(session_->host.executeCommand("select -r "_q + before.join(QLatin1Char(' '))));
+        session_->settle();
+        if (fromCanvas)
+            session_->choose(empty, entry);
+        else
+            session_->menu("&Picker"_q, entry);
+        QCOMPARE(session_->host.selection(), after);
+        check({{arm, after.contains("L_arm"_q) ? lit : blue}});
+    }
+
+    // The configuration file's rules and grid: a broken value is reported once and the
+    // default used.
+    void configured_rules_and_grid_data() {
+        QTest::addColumn<QByteArray>("config");
+        QTest::addColumn<QStringList>("reported");
+        QTest::addColumn<QStringList>("mirrored");
+        QTest::addColumn<QPoint>("duplicated");
+        QTest::addColumn<QPoint>("snapped"); // the chest dragged by (7, 3)
+        QTest::newRow("defaults") << QByteArray() << QStringList() << words("R_arm")
+                                  << QPoint(130, 90) << QPoint(250, 160);
+        QTest::newRow("rules bare and quoted, a grid")
+            << QByteArray("Rig = /tmp/rig.pkr\nmirrorRules = *arm=*hand \"L_*=R_*\"\n"
+                          "gridSize = 4 # fine\n")
+            << QStringList() << words("L_hand") << QPoint(124, 84) << QPoint(248, 164);
+        QTest::newRow("broken values")
+            << QByteArray("mirrorRules = L_*=*_R\ngridSize = 0\n")
+            << QStringList{"mirrorRules: mirror rule \"L_*=*_R\": \"L_*\" is a prefix but \"*_R\" "
+                           "a "
+                           "suffix; both sides must be of one kind; the default mirror rules are "
+                           "used"_q,
+                           "gridSize: \"0\" is not a whole number from 1 to 1000; 10 is used"_q}
+            << words("R_arm") << QPoint(130, 90) << QPoint(250, 160);
+    }
+
+    void configured_rules_and_grid() {
+        QFETCH(QByteArray, config);
+        QFETCH(QStringList, reported);
+        QFETCH(QStringList, mirrored);
+        QFETCH(QPoint, duplicated);
+        QFETCH(QPoint, snapped);
+        QTemporaryDir dir;
+        const QString path = dir.filePath("pickers.cfg"_q);
+        QVERIFY(writeBytes(path, config));
+        qputenv("TALVORA_PICKER_CONFIG", path.toLocal8Bit());
+        session_.reset();
+        session_ = std::make_unique<picker_session>(words("head neck L_arm chest L_hand R_arm"));
+        qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
+        QVERIFY(session_->isUp());
+        QStringList errors;
+        for (const QString& line : session_->host.scriptLog())
+            if (line.contains(path))
+                errors << line.section(" - "_q, 1).section(" (in "_q, 0, 0);
+        QCOMPARE(errors, reported);
+        session_->open(rig());
+
+        QVERIFY(session_->host.executeCommand("select -r L_arm"_q));
+        session_->settle();
+        session_->menu("&Picker"_q, "Select Mirror"_q);
+        QCOMPARE(session_->host.selection(), mirrored);
+
+        session_->click(arm, Qt::ControlModifier);
+        session_->key(Qt::Key_D, Qt::ControlModifier);
+        QCOMPARE(stored_positions(*session_).value(5), duplicated);
+
+        session_->click_on(session_->dock()->findChild<QCheckBox*>());
+        session_->click(chest, Qt::ControlModifier);
+        session_->drag({chest, chest + QPoint(7, 3)}, Qt::ControlModifier);
+        QCOMPARE(stored_positions(*session_).value(3), snapped);
     }
 };
 

@@ -41,6 +41,16 @@ const command_usage commands[] = {
      "Node names and scripts moved from namespace OLD to NEW (an empty NEW is the root\n"
      "namespace). Without -o the file is rewritten in place, and only when something changed.\n"
      "A namespace the picker does not use is an error unless --allow-unused.\n"},
+    {"mirror",
+     "mirror FILE.pkr [--rule A=B ...] [--axis X] [--swap-color #RRGGBB=#RRGGBB ...] "
+     "[-o OUT.pkr]",
+     "For every selection button whose names a side rule changes, a copy with the other\n"
+     "side's names, placed at 2 * axis - x and appended in file order; a copy whose names a\n"
+     "button holds already is left out. Rules are prefixes (L_*=R_*), suffixes (*_L=*_R) or\n"
+     "infixes (*Left*=*Right*); --rule replaces the default list. The axis is --axis (a whole\n"
+     "number or a half), else half the background's width, else the middle of the buttons.\n"
+     "--swap-color swaps two colours both ways (alpha kept). Without -o the file is\n"
+     "rewritten in place, and only when a copy was added.\n"},
     {"render",
      "render FILE.pkr -o OUT.png [--size WxH] [--scale F] [--zoom Z | --frame | "
      "--frame-selection] [--select NAME ...]",
@@ -310,7 +320,8 @@ QString pkrtool_run::sameFileMistake(const QString& input, const QString& output
                       QFileInfo(input).absoluteFilePath() == QFileInfo(output).absoluteFilePath();
     if (!same)
         return QString();
-    if (command_ == QLatin1String("rebind") || command_ == QLatin1String("store"))
+    if (command_ == QLatin1String("rebind") || command_ == QLatin1String("store") ||
+        command_ == QLatin1String("mirror"))
         return QStringLiteral("-o names the input file '%1'; without -o it is rewritten in "
                               "place")
             .arg(input);

@@ -1,6 +1,7 @@
 #include "pkrtool_commands.h"
 
 #include "pkrtool_cli.h"
+#include "pkrtool_mirror.h"
 #include "pkrtool_scene.h"
 
 #include "picker_file.h"
@@ -301,10 +302,11 @@ int runPkrtool(const QStringList& arguments, QIODevice& out, QIODevice& err) {
     using command_fn = int (*)(const pkrtool_run&, const QStringList&);
     // render draws, and so runs in a GUI application of its own (pkrtool_render.h).
     const QList<QPair<const char*, command_fn>> table{
-        {"info", &runInfo},       {"dump", &runDump},
-        {"build", &runBuild},     {"namespaces", &runNamespaces},
-        {"rebind", &runRebind},   {"scene", &runScene},
-        {"extract", &runExtract}, {"store", &runStore}};
+        {"info", &runInfo},     {"dump", &runDump},
+        {"build", &runBuild},   {"namespaces", &runNamespaces},
+        {"rebind", &runRebind}, {"mirror", &runMirror},
+        {"scene", &runScene},   {"extract", &runExtract},
+        {"store", &runStore}};
     for (const auto& entry : table) {
         if (command == QLatin1String(entry.first))
             return entry.second(run, arguments);

@@ -75,9 +75,8 @@ void delete_buttons_cmd::redo() {
 }
 
 paste_buttons_cmd::paste_buttons_cmd(picker_tab* tab, const button_att_list& buttons, bool inplace,
-                                     const paste_placement& placement)
-    : QUndoCommand(QStringLiteral("Paste Buttons")), tab_(tab), paste_(buttons), inplace_(inplace),
-      placement_(placement) {
+                                     const paste_placement& placement, const QString& text)
+    : QUndoCommand(text), tab_(tab), paste_(buttons), inplace_(inplace), placement_(placement) {
     if (paste_.isEmpty())
         return;
     // Positions only: the group is placed by its centres, whatever the buttons' sizes.

@@ -92,7 +92,8 @@ class paste_buttons_cmd : public QUndoCommand {
 public:
     // Unless inplace, the group lands centred where the canvas shows.
     paste_buttons_cmd(picker_tab* tab, const button_att_list& buttons, bool inplace,
-                      const paste_placement& placement);
+                      const paste_placement& placement,
+                      const QString& text = QStringLiteral("Paste Buttons"));
 
     int id() const override { return cmd_paste; }
     void undo() override;

@@ -6,6 +6,8 @@
 #include "picker_overlay.h"
 #include "picker_view.h"
 
+#include <cmath>
+
 namespace {
 
 int sign_of(int v) {
@@ -53,14 +55,24 @@ select_button_cmd::select_button_cmd(picker_view* view, const QPoint& click, int
     } else {
         tab_->unselect(hit, true);
     }
-    if (dragging_)
+    if (dragging_) {
         dragged_ = tab_->idsOf(tab_->selectedIndices());
+        anchor_ = tab_->buttons().at(hit).att.pos;
+    }
 }
 
 QPoint select_button_cmd::displacement() const {
     const float scale = 1.0f / static_cast<float>(view_->zoom());
-    return QPoint(static_cast<int>(static_cast<float>(last_.x() - click_.x()) * scale),
-                  static_cast<int>(static_cast<float>(last_.y() - click_.y()) * scale));
+    const QPoint free(static_cast<int>(static_cast<float>(last_.x() - click_.x()) * scale),
+                      static_cast<int>(static_cast<float>(last_.y() - click_.y()) * scale));
+    const int grid = view_->moveGrid();
+    if (grid <= 0)
+        return free;
+    const auto onGrid = [grid](int v) {
+        return static_cast<int>(std::floor(static_cast<double>(v) / grid + 0.5)) * grid;
+    };
+    const QPoint target = anchor_ + free;
+    return QPoint(onGrid(target.x()), onGrid(target.y())) - anchor_;
 }
 
 void select_button_cmd::update(const QPoint& pos, int) {

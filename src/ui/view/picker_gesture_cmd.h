@@ -24,7 +24,8 @@ public:
     void finish() override;
 
 private:
-    // The drag so far in picker units, truncated toward zero.
+    // The drag so far in picker units, truncated toward zero; on a grid, the nearest shift that
+    // puts the pressed button on it.
     QPoint displacement() const;
 
     picker_view* view_;
@@ -33,6 +34,8 @@ private:
     QPoint last_;
     button_set start_;
     id_list dragged_;
+    // Where the pressed button was: a drag on a grid puts it on the grid, the others alongside.
+    QPoint anchor_;
     bool extend_ = false;
     bool edit_ = false;
     bool tracking_ = false;

@@ -160,6 +160,10 @@ toolboxState picker_view::buttonStyle() const {
     return owner_ != nullptr ? owner_->buttonStyle() : toolboxState();
 }
 
+int picker_view::moveGrid() const {
+    return owner_ != nullptr ? owner_->moveGrid() : 0;
+}
+
 void picker_view::update_toolbox() {
     if (owner_ != nullptr)
         owner_->updateControls();

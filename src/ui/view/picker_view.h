@@ -188,6 +188,7 @@ public:
     bool postSelection();
     toolboxState buttonStyle() const;
     void update_toolbox();
+    int moveGrid() const;
 
 public slots:
     void reset_view();

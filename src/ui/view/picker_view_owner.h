@@ -16,6 +16,8 @@ public:
     virtual void updateControls() = 0;
     // The keys go to the window again (after the view's context menu).
     virtual void takeKeys() = 0;
+    // The grid a dragged button snaps to, in picker units; 0 while moves are free.
+    virtual int moveGrid() const = 0;
 
 protected:
     ~picker_view_owner() = default;

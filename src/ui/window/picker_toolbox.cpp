@@ -6,6 +6,7 @@
 #include "picker_window.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QCursor>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -96,6 +97,14 @@ void picker_toolbox::make_toolbox() {
     toolbox_->addWidget(labelf_);
     toolbox_->addWidget(labelc_);
     toolbox_->addSpacing(row_spacing);
+    snapc_ = new QCheckBox(QStringLiteral("Snap"), window_);
+    snapc_->setToolTip(QStringLiteral("Snap to Grid while moving"));
+    snapc_->setChecked(snap_);
+    // Clicked, it keeps the keys with the picker.
+    snapc_->setFocusPolicy(Qt::NoFocus);
+    connect(snapc_, &QCheckBox::toggled, this, [this](bool on) { snap_ = on; });
+    toolbox_->addWidget(snapc_);
+    toolbox_->addSpacing(row_spacing);
     toolbox_->setStretch(toolbox_->indexOf(labelf_), 1);
 }
 
@@ -128,6 +137,7 @@ void picker_toolbox::toggle_toolbox() {
     sizem_ = nullptr;
     labelf_ = nullptr;
     labelc_ = nullptr;
+    snapc_ = nullptr;
     toolbox_ = nullptr;
     togglex_->setText(QStringLiteral("Show Toolbox"));
 }

@@ -9,6 +9,7 @@
 #include <QString>
 
 class QAction;
+class QCheckBox;
 class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
@@ -33,6 +34,8 @@ public:
     QPushButton* sizeButton() const { return sizem_; }
     QLineEdit* labelField() const { return labelf_; }
     QPushButton* labelColorButton() const { return labelc_; }
+    // Whether a dragged button snaps to the grid; kept while the row is hidden.
+    bool snaps() const { return snap_; }
 
     // Shows the front picker's selection in the controls and makes it the state new buttons
     // take; with nothing selected the colour and size stay and the label empties.
@@ -62,9 +65,11 @@ private:
     QPushButton* sizem_ = nullptr;
     QLineEdit* labelf_ = nullptr;
     QPushButton* labelc_ = nullptr;
+    QCheckBox* snapc_ = nullptr;
     QHBoxLayout* toolbox_ = nullptr;
     QAction* togglex_;
     QVBoxLayout* wlist_;
     toolboxState current_;
+    bool snap_ = false;
     QPointer<picker_tab> labelTab_; // where the label being typed goes
 };

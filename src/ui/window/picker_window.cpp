@@ -168,6 +168,7 @@ void picker_window::make_edit_menu() {
     inplacex_ = add_entry(editm_, tr("Paste in Place"), false);
     setWidgetShortcut(inplacex_, QKeySequence(QStringLiteral("Shift+Ctrl+V")));
     connect(inplacex_, &QAction::triggered, this, &picker_window::paste_inplace_buttons);
+    make_selection_entries();
     editm_->addSeparator();
     findx_ = add_entry(editm_, tr("Find..."), true);
     setWidgetShortcut(findx_, QKeySequence(QStringLiteral("Ctrl+F")));
@@ -194,6 +195,7 @@ void picker_window::make_picker_menu() {
     connect(bkgnx_, &QAction::triggered, this, &picker_window::change_background);
     namex_ = add_entry(pickm_, QStringLiteral("Change Namespace..."), false);
     connect(namex_, &QAction::triggered, this, &picker_window::change_namespace);
+    make_mirror_entries();
 }
 
 void picker_window::add_one_button() {
@@ -272,7 +274,10 @@ picker_tab* picker_window::frontTab() const {
 }
 
 picker_view* picker_window::make_view(picker_tab* tab) {
-    return new picker_view(tab, this, tabs_);
+    auto* view = new picker_view(tab, this, tabs_);
+    view->contextMenu()->addSeparator();
+    view->contextMenu()->addActions({mirrorx_, selmirrorx_, addmirrorx_});
+    return view;
 }
 
 void picker_window::new_tab() {
@@ -355,6 +360,7 @@ void picker_window::refresh_edit_actions() {
         copyx_->setEnabled(false);
         cutx_->setEnabled(false);
         pastex_->setEnabled(false);
+        refresh_mirror_actions();
         return;
     }
     const QUndoStack* stack = tab->undoer();
@@ -369,6 +375,7 @@ void picker_window::refresh_edit_actions() {
     copyx_->setEnabled(anySelected);
     pastex_->setEnabled(canPaste_);
     inplacex_->setEnabled(canPaste_);
+    refresh_mirror_actions();
 }
 
 void picker_window::clipboard_changed() {
@@ -439,6 +446,7 @@ void picker_window::setSelection(const QStringList& names) {
     addx_->setEnabled(any);
     manyx_->setEnabled(any);
     updatex_->setEnabled(any);
+    refresh_mirror_actions();
 }
 
 void picker_window::clearAllSelected() {
@@ -450,19 +458,22 @@ void picker_window::clearAllSelected() {
 }
 
 bool picker_window::postSelection() {
+    ask_host_to_select(mirror_.names());
+    return true;
+}
+
+void picker_window::ask_host_to_select(const QStringList& names) {
     picker_host* host = picker_main::host();
     if (host == nullptr)
-        return true;
-    const QStringList& names = mirror_.names();
+        return;
     if (names.isEmpty()) {
         host->executeCommandOnIdle(QStringLiteral("TalvoraPicker clear"), false);
-        return true;
+        return;
     }
     QString command = QStringLiteral("TalvoraPicker select");
     for (const QString& name : names)
         command += QLatin1Char(' ') + picker_mel_quote(name);
     host->executeCommandOnIdle(command, false);
-    return true;
 }
 
 QList<QAction*> picker_window::actions_for(const QKeyEvent* event) const {
@@ -598,6 +609,8 @@ void picker_window::parse_picker_config(const QString& path) {
     for (QString line = in.readLine(); !line.isNull(); line = in.readLine()) {
         QStringList tokens;
         tokenize(static_cast<int>(line.size()), line, tokens);
+        if (read_setting(tokens, path))
+            continue;
         if (tokens.size() == 3 && tokens.at(1) == QLatin1String("="))
             add_recent(tokens.at(0), tokens.at(2));
     }

@@ -2,6 +2,7 @@
 
 #include "picker_config.h"
 #include "picker_main.h"
+#include "picker_mirror.h"
 #include "picker_piece_stream.h"
 #include "picker_selection.h"
 #include "picker_toolbox.h"
@@ -79,6 +80,7 @@ public:
     bool postSelection() override;
     toolboxState buttonStyle() const override { return tools_->current(); }
     void takeKeys() override { setFocus(Qt::OtherFocusReason); }
+    int moveGrid() const override;
 
     void setWidgetShortcut(QAction* action, const QKeySequence& sequence) const;
     bool execute_shortcut(QKeyEvent* event);
@@ -149,6 +151,13 @@ public slots:
     // the namespace dialog always shows, otherwise only when a namespace is missing.
     void request_rebind(bool rebind);
     void change_namespace();
+    // Mirror and the selection's small edits (picker_window_mirror.cpp).
+    void mirror_buttons();
+    void select_mirror();
+    void add_mirror();
+    void select_all();
+    void invert_selection();
+    void duplicate_buttons();
 
 protected:
     bool event(QEvent* event) override;
@@ -175,6 +184,18 @@ private:
     void make_edit_menu();
     void make_picker_menu();
     void make_help_menu();
+    void make_selection_entries();
+    void make_mirror_entries();
+    // Enabled as the front tab's lit buttons and the host's selection allow.
+    void refresh_mirror_actions();
+    // The mirrored names of the host's selection, after it when add, asked of the host at once.
+    void select_mirrored(bool add);
+    // Of the names, those the scene holds.
+    QStringList existing_nodes(const QStringList& names) const;
+    // Asks the host, on idle, to select exactly these names (none: clears its selection).
+    void ask_host_to_select(const QStringList& names);
+    // Reads the settings lines of the configuration file; false for a line of pickers.
+    bool read_setting(const QStringList& tokens, const QString& path);
     QAction* add_entry(QMenu* menu, const QString& text, bool onWindow);
     picker_view* view_at(int index) const;
     picker_tab* tab_at(int index) const;
@@ -234,6 +255,15 @@ private:
     QAction* findx_ = nullptr;
     QAction* findNextx_ = nullptr;
     QAction* findPreviousx_ = nullptr;
+    QAction* selallx_ = nullptr;
+    QAction* invertx_ = nullptr;
+    QAction* duplicatex_ = nullptr;
+    QAction* mirrorx_ = nullptr;
+    QAction* selmirrorx_ = nullptr;
+    QAction* addmirrorx_ = nullptr;
+    picker_mirror_rules mirrorRules_ = defaultMirrorRules();
+    // Picker units a duplicate is offset by, and a snapped drag moves in.
+    int gridSize_ = 10;
     QMenu* recentFiles_ = nullptr;
     // Destroyed before the child widgets connected to it, so none reaches a half-destroyed window.
     std::unique_ptr<picker_toolbox> tools_;
