@@ -80,15 +80,3 @@ BENCHMARK(BM_Nudge_100of5000);
 BENCHMARK(BM_Recolour_100of5000);
 BENCHMARK(BM_Resize_100of5000);
 BENCHMARK(BM_HeldNudge_60x1000of5000)->Unit(benchmark::kMillisecond);
-
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

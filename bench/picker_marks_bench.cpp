@@ -76,15 +76,3 @@ void BM_MissingNodes_5000(benchmark::State& state) {
 
 BENCHMARK(BM_Find_20x5000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_MissingNodes_5000)->Unit(benchmark::kMillisecond);
-
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -189,17 +189,3 @@ BENCHMARK(BM_SceneWrite_Background2048)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SceneWrite_Background2048_literal)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", QByteArray("offscreen"));
-    qputenv("TALVORA_PICKER_CONFIG", QByteArray("/nonexistent/pickers.cfg"));
-    QApplication app(argc, argv);
-    if (!picker_main::initialize(host(), &picker_window::create))
-        return 1;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    picker_main::uninitialize();
-    return 0;
-}

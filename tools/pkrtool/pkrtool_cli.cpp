@@ -309,6 +309,16 @@ bool pkrtool_run::parse(QCommandLineParser& parser, const QStringList& arguments
     return false;
 }
 
+bool pkrtool_run::rewriteTarget(const QString& input, const QString& output, QString& target,
+                                int& exitCode) const {
+    // Standard input cannot be rewritten in place: the result goes where a filter's goes.
+    target = !output.isEmpty() ? output : input == QLatin1String("-") ? input : QString();
+    const QString same = target.isEmpty() ? QString() : sameFileMistake(input, target);
+    if (!same.isEmpty())
+        exitCode = usage(same);
+    return same.isEmpty();
+}
+
 QString pkrtool_run::sameFileMistake(const QString& input, const QString& output) const {
     if (input == QLatin1String("-") || output == QLatin1String("-"))
         return QString();

@@ -48,6 +48,10 @@ public:
     bool parse(QCommandLineParser& parser, const QStringList& arguments, int& exitCode) const;
     // The usage mistake when output names input's own file; empty otherwise.
     QString sameFileMistake(const QString& input, const QString& output) const;
+    // Where a rewriting command writes: -o, else standard output for standard input, else
+    // nothing (the input file in place). False after a usage mistake, with exitCode.
+    bool rewriteTarget(const QString& input, const QString& output, QString& target,
+                       int& exitCode) const;
 
     // The whole of FILE, or of standard input for "-"; false after reporting why not.
     bool readInput(const QString& path, QByteArray& bytes) const;

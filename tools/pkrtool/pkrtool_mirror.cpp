@@ -44,14 +44,9 @@ int runMirror(const pkrtool_run& run, const QStringList& arguments) {
         swaps.append(swap);
     }
     const QString input = parser.positionalArguments().first();
-    // Standard input cannot be rewritten in place: the result goes where a filter's goes.
-    const QString target = parser.isSet(output)          ? parser.value(output)
-                           : input == QLatin1String("-") ? input
-                                                         : QString();
-    if (!target.isEmpty()) {
-        if (const QString same = run.sameFileMistake(input, target); !same.isEmpty())
-            return run.usage(same);
-    }
+    QString target;
+    if (int refused = 0; !run.rewriteTarget(input, parser.value(output), target, refused))
+        return refused;
 
     picker_tab_record tab;
     qint32 version = 0;
