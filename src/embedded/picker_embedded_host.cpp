@@ -123,13 +123,7 @@ picker_callback_id picker_embedded_host::addEventCallback(const QString& event,
         outcome = refuse();
     else if (!function || !known_events().contains(event))
         outcome = host_status::failure(QStringLiteral("(kInvalidParameter): Unknown event"));
-    if (status)
-        *status = outcome;
-    if (!outcome)
-        return 0;
-    const picker_callback_id id = nextCallbackId_++;
-    callbacks_[id] = callback_entry{event, function, clientData};
-    return id;
+    return keep_callback(outcome, event, function, clientData, status);
 }
 
 picker_callback_id picker_embedded_host::addNodesChangedCallback(picker_event_fn function,
@@ -140,12 +134,19 @@ picker_callback_id picker_embedded_host::addNodesChangedCallback(picker_event_fn
         outcome = refuse();
     else if (!function)
         outcome = host_status::failure(QStringLiteral("(kInvalidParameter): No function"));
+    return keep_callback(outcome, nodes_changed_event, function, clientData, status);
+}
+
+picker_callback_id picker_embedded_host::keep_callback(const host_status& outcome,
+                                                       const QString& event,
+                                                       picker_event_fn function, void* clientData,
+                                                       host_status* status) {
     if (status)
         *status = outcome;
     if (!outcome)
         return 0;
     const picker_callback_id id = nextCallbackId_++;
-    callbacks_[id] = callback_entry{nodes_changed_event, function, clientData};
+    callbacks_[id] = callback_entry{event, function, clientData};
     return id;
 }
 

@@ -141,6 +141,10 @@ private:
         picker_event_fn function = nullptr;
         void* clientData = nullptr;
     };
+    // Keeps the callback when outcome allows it, and reports outcome.
+    picker_callback_id keep_callback(const host_status& outcome, const QString& event,
+                                     picker_event_fn function, void* clientData,
+                                     host_status* status);
     struct idle_entry {
         bool python = false;
         QString text;

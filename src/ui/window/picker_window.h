@@ -171,6 +171,8 @@ protected:
     void leaveEvent(QEvent* event) override;
 
 private:
+    // Lights just these buttons of the tab, every other tab dark, and tells the host.
+    void select_only(picker_tab* tab, const index_list& indices);
     // Holds the scene quiet while it lives.
     struct scene_quiet {
         explicit scene_quiet(int& depth) : depth_(depth) { ++depth_; }

@@ -183,11 +183,7 @@ void picker_window::select_all() {
         if (tab->buttons().at(i).att.type == buttonAttributes::Selection)
             all.append(i);
     }
-    clearAllSelected();
-    tab->select_list(all, true);
-    tab->conform_to_selection();
-    postSelection();
-    updateControls();
+    select_only(tab, all);
 }
 
 void picker_window::invert_selection() {
@@ -201,8 +197,12 @@ void picker_window::invert_selection() {
         if (button.att.type == buttonAttributes::Selection && button.selected == buttonRecord::None)
             unlit.append(i);
     }
+    select_only(tab, unlit);
+}
+
+void picker_window::select_only(picker_tab* tab, const index_list& indices) {
     clearAllSelected();
-    tab->select_list(unlit, true);
+    tab->select_list(indices, true);
     tab->conform_to_selection();
     postSelection();
     updateControls();
